@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <mezalith/clipping/clipping_region.hpp>
+#include <mezalith/export.hpp>
+#include <mezalith/geometry/records.hpp>
+#include <mezalith/index/tree_node.hpp>
+#include <mezalith/platform/object.hpp>
+#include <mezalith/projection/map_projection.hpp>
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace mezalith {
+
+/// Bytes that several may hold and none may change.
+using MzData = std::shared_ptr<const std::vector<std::byte>>;
+
+/// A stored geometry: one record block with everything derived from it cached beside it. The base
+/// class of the cluster is the abstract geometry without coordinates.
+///
+/// Coordinates are longitude and latitude in degrees unless the geometry is a projected copy. The
+/// object owns its block, its projected copies and its clipped records; pointers and references it
+/// hands out are valid until its next setter call or its end, clipped records until the next call
+/// that makes them. Not safe for use from several threads at once, as reading fills the caches.
+class MEZALITH_EXPORT MzGeometry : public platform::Object {
+  public:
+    using Leaves = std::vector<std::shared_ptr<MzTreeLeafNode>>;
+    using ProjectedGeometries =
+        std::map<std::shared_ptr<MzMapProjection>, std::shared_ptr<MzGeometry>>;
+    using ClippedGeometries = std::map<const platform::Object*, std::shared_ptr<MzGeometry>>;
+
+    MzGeometry();
+    ~MzGeometry() override;
+    MzGeometry(const MzGeometry&) = delete;
+    MzGeometry& operator=(const MzGeometry&) = delete;
+
+    /// The geometry that the bytes hold: types 1, 2, 3, 4 and 6. Null for other types, for bytes
+    /// that end too early and for counts beyond what the bytes can hold. Member types, odd byte
+    /// order values and trailing bytes are not checked.
+    static std::shared_ptr<MzGeometry> geometryWithWKBData(std::span<const std::byte> bytes);
+    /// The same, keeping the caller's buffer instead of a copy; null answers null.
+    static std::shared_ptr<MzGeometry> geometryWithWKBData(MzData bytes);
+
+    virtual std::uint32_t geometryType() const { return 0; }
+    virtual int dimension() const { return 0; }
+    /// 4326 for every geometry, projected ones included.
+    int srid() const { return 4326; }
+
+    /// The bytes the geometry was made from; for multi-points and multi-polygons made in memory
+    /// their encoding; otherwise null.
+    /// Settled: points, line strings and polygons made in memory answer null, and a multi-polygon's
+    /// encoding carries no coordinate pairs.
+    MzData wkbData();
+    MzData asBinary() { return wkbData(); }
+
+    /// One leaf per piece, with the geometry as its object; none when there are no points.
+    const Leaves& leafNodes();
+    /// The copy in `projection`'s plane, made once per projection object; null for a null
+    /// projection, and always null in the base class.
+    virtual std::shared_ptr<MzGeometry> geometryWithProjection(
+        const std::shared_ptr<MzMapProjection>& projection);
+    /// Whether the geometry can touch `rect`, judged by the bounds of its leaves.
+    virtual bool mbrInsertsectsRect(MzRect rect);
+
+    ProjectedGeometries& projectedGeometries() { return projectedGeometries_; }
+    ClippedGeometries& clippedGeometries() { return clippedGeometries_; }
+
+    // Names of the simple-features operations. Not implemented: they answer 0, null or NO.
+    double distance(const MzGeometry* other) const;
+    std::shared_ptr<MzGeometry> envelope() const;
+    std::string asText() const;
+    bool isEmpty() const;
+    bool isSimple() const;
+    std::shared_ptr<MzGeometry> boundary() const;
+    bool equals(const MzGeometry* other) const;
+    bool disjoin(const MzGeometry* other) const;
+    bool intersects(const MzGeometry* other) const;
+    bool touches(const MzGeometry* other) const;
+    bool crosses(const MzGeometry* other) const;
+    bool within(const MzGeometry* other) const;
+    /// Implemented by the polygon classes.
+    virtual bool contains(MzGeometry* other);
+    bool overlaps(const MzGeometry* other) const;
+    std::shared_ptr<MzGeometry> buffer(double distance) const;
+    std::shared_ptr<MzGeometry> convexHull() const;
+    std::shared_ptr<MzGeometry> intersection(const MzGeometry* other) const;
+    std::shared_ptr<MzGeometry> unionGeom(const MzGeometry* other) const;
+    std::shared_ptr<MzGeometry> difference(const MzGeometry* other) const;
+    std::shared_ptr<MzGeometry> symmetricDifference(const MzGeometry* other) const;
+
+    /// The record block.
+    std::span<const std::byte> geometryData() const { return geometryData_; }
+
+  protected:
+    /// Makes the zero-filled block of at least 16 bytes and points the record field at it.
+    void allocateBlock(std::size_t bytes);
+    /// Points the class's record at the block's start.
+    virtual void linkRecord() {}
+    /// The class's leaves, asked when none are cached.
+    virtual Leaves makeLeafNodes();
+    /// The class's encoding for `wkbData`; null where there is none.
+    virtual MzData encodeWKB() { return nullptr; }
+    /// Drops what depends on the coordinates; the projected copies stay.
+    virtual void coordinatesDidChange();
+
+    std::vector<std::byte> geometryData_;
+    MzData wkbData_;
+
+  private:
+    Leaves leafNodes_;
+    ProjectedGeometries projectedGeometries_;
+    ClippedGeometries clippedGeometries_;
+};
+
+}  // namespace mezalith

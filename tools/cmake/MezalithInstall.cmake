@@ -1,0 +1,1 @@
+# Installation; filled in together with the package files.
