@@ -1,1 +1,49 @@
-# Installation; filled in together with the package files.
+# Installation: libraries and headers, the package for find_package(mezalith), a pkg-config module
+# for each library, and the command line with its manual page and completion.
+include(CMakePackageConfigHelpers)
+
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/mezalith)
+file(RELATIVE_PATH pkgconfig_to_prefix
+  ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+
+get_property(libraries GLOBAL PROPERTY MEZALITH_LIBRARIES)
+install(TARGETS ${libraries} EXPORT mezalithTargets
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(EXPORT mezalithTargets NAMESPACE mezalith:: DESTINATION ${package_dir})
+
+configure_package_config_file(${PROJECT_SOURCE_DIR}/tools/cmake/mezalithConfig.cmake.in
+  ${PROJECT_BINARY_DIR}/mezalithConfig.cmake INSTALL_DESTINATION ${package_dir})
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/mezalithConfigVersion.cmake
+  COMPATIBILITY SameMinorVersion)
+install(FILES
+  ${PROJECT_BINARY_DIR}/mezalithConfig.cmake ${PROJECT_BINARY_DIR}/mezalithConfigVersion.cmake
+  DESTINATION ${package_dir})
+
+# mezalith_pkg_config(<target>): its pkg-config file. What a library links for itself alone matters
+# only to those who link it statically.
+function(mezalith_pkg_config target)
+  string(REPLACE "_" "-" module ${target})
+  get_target_property(links ${target} INTERFACE_LINK_LIBRARIES)
+  list(FILTER links INCLUDE REGEX "^mezalith::")
+  list(TRANSFORM links REPLACE "::" "-")
+  list(JOIN links " " requires)
+  get_target_property(modules ${target} MEZALITH_MODULES)
+  set(requires_private "")
+  if(modules AND NOT BUILD_SHARED_LIBS)
+    list(JOIN modules " " requires_private)
+  endif()
+  get_target_property(type ${target} TYPE)
+  set(libs "")
+  if(NOT type STREQUAL "INTERFACE_LIBRARY")
+    set(libs "-L\${libdir} -l${target}")
+  endif()
+  set(file ${PROJECT_BINARY_DIR}/pkgconfig/${module}.pc)
+  configure_file(${PROJECT_SOURCE_DIR}/tools/cmake/mezalith.pc.in ${file} @ONLY)
+  install(FILES ${file} DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endfunction()
+
+foreach(target IN LISTS libraries)
+  mezalith_pkg_config(${target})
+endforeach()

@@ -1,20 +1,34 @@
-# mezalith_library(<name> [DEPENDS <library>...])
+# mezalith_library(<name> [DEPENDS <library>...] [HEADERS <header>...]
+#                  [MODULES <module>...] [BUILD_ONLY <target>...])
 #
-# Declares the library mezalith::<name>, file libmezalith_<name>. Folders add their units to it.
+# Declares the library mezalith::<name>, file libmezalith_<name>. Folders add their units to it;
+# HEADERS are public ones outside any folder. MODULES are the pkg-config modules that it links for
+# itself, BUILD_ONLY targets of headers that it needs to compile: users of it see neither.
 function(mezalith_library name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "DEPENDS")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "DEPENDS;HEADERS;MODULES;BUILD_ONLY")
   set(target mezalith_${name})
   add_library(${target})
   add_library(mezalith::${name} ALIAS ${target})
   set_target_properties(${target} PROPERTIES
     EXPORT_NAME ${name}
     VERSION ${PROJECT_VERSION}
-    SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
+    SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}
+    DEFINE_SYMBOL ""
+    INSTALL_RPATH $ORIGIN
+    MEZALITH_MODULES "${arg_MODULES}")
   target_compile_features(${target} PUBLIC cxx_std_20)
   target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:mezalith_options>)
   list(TRANSFORM arg_DEPENDS PREPEND "mezalith::")
   target_link_libraries(${target} PUBLIC ${arg_DEPENDS})
-  target_sources(${target} PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR})
+  foreach(module IN LISTS arg_MODULES)
+    pkg_check_modules(${module} REQUIRED QUIET IMPORTED_TARGET GLOBAL ${module})
+    target_link_libraries(${target} PRIVATE PkgConfig::${module})
+  endforeach()
+  foreach(headers_of IN LISTS arg_BUILD_ONLY)
+    target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:${headers_of}>)
+  endforeach()
+  target_sources(${target} PUBLIC
+    FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES ${arg_HEADERS})
   set_property(GLOBAL APPEND PROPERTY MEZALITH_LIBRARIES ${target})
 endfunction()
 
