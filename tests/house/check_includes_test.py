@@ -12,7 +12,7 @@ TOOL = pathlib.Path(__file__).parents[2] / "tools" / "check-includes"
 TREE = {
     "CMakeLists.txt": "mezalith_library(core)\n"
     "mezalith_library(style DEPENDS core)\n"
-    "mezalith_library(cairo DEPENDS core)\n",
+    "mezalith_library(cairo DEPENDS core MODULES cairo)\n",
     "mezalith/export.hpp": "",
     "mezalith/geometry/CMakeLists.txt": "mezalith_units(core UNITS primitives wkb)\n",
     "mezalith/geometry/primitives.hpp": "#include <mezalith/export.hpp>\n#include <cmath>\n",
@@ -24,7 +24,7 @@ TREE = {
     "mezalith/platform/cairo/cairo_port.hpp": "#include <mezalith/platform/port.hpp>\n",
     "mezalith/platform/cairo/cairo_port.cpp": "#include <cairo-svg.h>\n",
     "mezalith/style/CMakeLists.txt": "mezalith_units(style\n  UNITS rule\n"
-    "  TEST_LINKS mezalith::cairo)\n",
+    "  TEST_LINKS mezalith::cairo\n  HEADERS detail.hpp)\n",
     "mezalith/style/rule.hpp": "#include <mezalith/geometry/wkb.hpp>\n",
     "mezalith/style/rule_test.cpp": "#include <mezalith/platform/cairo/cairo_port.hpp>\n",
     "host/source.hpp": "#include <mezalith/style/rule.hpp>\n#include <ogrsf_frmts.h>\n",
