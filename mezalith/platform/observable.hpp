@@ -5,10 +5,15 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
+#include <iterator>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
+#include <type_traits>
+#include <utility>
 
 namespace mezalith::platform {
 
@@ -31,36 +36,43 @@ struct Change {
     bool isPrior = false;
 };
 
-/// Receives notifications. An observer that vanishes is taken off by itself.
+/// Receives notifications. An observer that vanishes is taken off by itself; a copy of an observer
+/// observes nothing.
 class MEZALITH_EXPORT Observer {
   public:
-    Observer();
-    Observer(const Observer&);
-    Observer& operator=(const Observer&);
+    Observer() = default;
+    Observer(const Observer&) {}
+    Observer& operator=(const Observer&) { return *this; }
     virtual ~Observer();
 
-    /// Called once before a change (only observers that asked for it) and once after it.
+    /// Called once before a change (only for registrations that asked for it) and once after it.
+    /// May add and remove registrations, and may end the life of `object` or of the observer.
     virtual void observeValueForKey(const std::string& key, Observable* object,
                                     const Change& change, std::int64_t context) = 0;
 
   private:
     friend class Observable;
-    std::shared_ptr<Observer*> life_;  ///< tells registrations when the observer is gone
+    std::shared_ptr<void> life_;  ///< made by the first registration, ends with the observer
 };
 
-/// Something whose keys can be watched. Observation is not copied with an object.
-/// A key depends on others by `keyPathsForValuesAffectingValueForKey`: a change of one of those
-/// notifies it too, inside the same will/did pair. Single-threaded.
+/// Something whose keys can be watched. Observation is not copied with an object, and an object
+/// that nobody observes allocates nothing for it. Single-threaded.
+///
+/// A key depends on others by `keyPathsForValuesAffectingValueForKey`: a change of one of those, at
+/// any remove, is announced for it too, as a setting inside the same will/did pair. Registrations
+/// are notified in the order they were made, each once. Those made during a pair are not told of
+/// it.
 class MEZALITH_EXPORT Observable {
   public:
-    Observable();
-    Observable(const Observable&);
-    Observable& operator=(const Observable&);
+    Observable() = default;
+    Observable(const Observable&) {}
+    Observable& operator=(const Observable&) { return *this; }
     virtual ~Observable();
 
     /// Registers `observer` for `key` with a context that is handed back in each notification. The
     /// same observer may be registered several times, also with different contexts; each
-    /// registration notifies. `prior` asks for the notification before the change as well.
+    /// registration notifies. `prior` asks for the notification before the change as well. Neither
+    /// side owns the other. Does nothing for a null observer.
     void addObserver(Observer* observer, std::string_view key, std::int64_t context,
                      bool prior = false);
 
@@ -69,7 +81,8 @@ class MEZALITH_EXPORT Observable {
     void removeObserver(Observer* observer, std::string_view key);
     void removeObserver(Observer* observer, std::string_view key, std::int64_t context);
 
-    /// Announce a change of the value under `key`, before and after it. Pairs nest.
+    /// Announce a change of the value under `key`, before and after it. Pairs nest; a did without
+    /// its will notifies nobody.
     void willChangeValueForKey(std::string_view key);
     void didChangeValueForKey(std::string_view key);
 
@@ -77,15 +90,36 @@ class MEZALITH_EXPORT Observable {
     void willChange(ChangeKind kind, IndexRange indexes, std::string_view key);
     void didChange(ChangeKind kind, IndexRange indexes, std::string_view key);
 
-    /// The keys whose changes are changes of `key` too; none unless overridden.
+    /// The keys whose changes are changes of `key` too; none unless overridden. They may depend on
+    /// each other in circles.
     virtual std::set<std::string> keyPathsForValuesAffectingValueForKey(
         const std::string& key) const;
 
+  protected:
+    /// Runs `change` and announces it for `keys`: before it in this order, after it in reverse.
+    template <typename Action>
+    void changeValues(std::initializer_list<std::string_view> keys, Action change) {
+        for (const std::string_view key : keys) willChangeValueForKey(key);
+        change();
+        for (auto key = std::rbegin(keys); key != std::rend(keys); ++key) {
+            didChangeValueForKey(*key);
+        }
+    }
+
+    /// Sets a property's field and announces its key, also when the value stays the same.
+    template <typename Value>
+    void setProperty(std::string_view key, Value& field, std::type_identity_t<Value> value) {
+        changeValues({key}, [&] { field = std::move(value); });
+    }
+
   private:
     struct Registrations;
-    std::unique_ptr<Registrations> registrations_;  ///< null while nobody observes
+    std::shared_ptr<Registrations> registrations_;  ///< null while nobody observes
 
-    void notify(std::string_view key, const Change& change);
+    void remove(const Observer* observer, std::string_view key,
+                std::optional<std::int64_t> context);
+    void notify(std::string_view key, const Change& change, std::uint64_t limit);
+    bool isAffected(const std::string& key, std::string_view by) const;
 };
 
 }  // namespace mezalith::platform
