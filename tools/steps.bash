@@ -5,7 +5,7 @@ mkdir -p build/log build/passed
 
 # step <name> <command>...
 step() {
-    local name=$1 log=build/log/${1// /-}.log start=$SECONDS
+    local name=$1 log=build/log/${1//[ \/]/-}.log start=$SECONDS
     shift
     printf '%-28s' "$name"
     if ! "$@" >"$log" 2>&1 </dev/null; then
@@ -20,7 +20,7 @@ step() {
 # step_if_changed <name> <path>... -- <command>...
 # As step, but skipped when it passed before with the same bytes under these paths.
 step_if_changed() {
-    local name=$1 passed=build/passed/${1// /-} paths=() inputs
+    local name=$1 passed=build/passed/${1//[ \/]/-} paths=() inputs
     shift
     while [[ $1 != -- ]]; do
         paths+=("$1")
