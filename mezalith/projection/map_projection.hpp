@@ -27,8 +27,10 @@ class MEZALITH_EXPORT MzMapProjection : public platform::Object {
     /// great-circle distance over one arc-second.
     virtual double metersPerProjectedUnitForLongitudeLatitude(MzPoint point) const;
 
-    /// Projects all points of `source` into `destination`, which has at least that many places and
-    /// may be the same memory. Same results as the per-point form, bit for bit.
+    /// Projects all points of `source` into `destination`, which may be the same memory; points
+    /// that find no place there are left out. Same results as the per-point form, bit for bit. A
+    /// subclass that overrides only the per-point form is right here too, at one virtual call per
+    /// point.
     virtual void projectCoordinates(std::span<const MzPoint> source,
                                     std::span<MzPoint> destination) const;
     /// The inverse in bulk, under the same terms.
@@ -60,10 +62,11 @@ class MEZALITH_EXPORT MzMapProjection : public platform::Object {
     /// YES exactly when both have the same SRID; NO for null.
     bool isEqualToMapProjection(const MzMapProjection* other) const;
 
-    /// A new projection of the receiver's own class with the properties above.
+    /// A new projection of the receiver's own class with the properties above, and no others.
     std::shared_ptr<MzMapProjection> copy() const;
 
   protected:
+    /// A fresh object of the receiver's own class, for `copy`.
     virtual std::shared_ptr<MzMapProjection> newInstance() const;
 
   private:
@@ -79,10 +82,15 @@ class MEZALITH_EXPORT MzMapProjection : public platform::Object {
 };
 
 /// Degrees as they are: SRID 32662, the world from -180, -90 to 180, 90, wrapping in x.
-class MEZALITH_EXPORT MzPlateCarreeProjection : public MzMapProjection {
+class MEZALITH_EXPORT MzPlateCarreeProjection final : public MzMapProjection {
   public:
     MzPlateCarreeProjection();
+    /// Metres per degree of longitude.
     double metersPerProjectedUnitForLongitudeLatitude(MzPoint point) const override;
+    void projectCoordinates(std::span<const MzPoint> source,
+                            std::span<MzPoint> destination) const override;
+    void unprojectCoordinates(std::span<const MzPoint> source,
+                              std::span<MzPoint> destination) const override;
 
   protected:
     std::shared_ptr<MzMapProjection> newInstance() const override;
@@ -91,11 +99,11 @@ class MEZALITH_EXPORT MzPlateCarreeProjection : public MzMapProjection {
 /// One UTM zone on WGS 84, SRID 32600 + zone, metres; southern northings are negative.
 /// Settled: `isUTM` answers NO, and a copy keeps zone 0 (central meridian -183) under the name and
 /// SRID of its source; make a new one instead of copying.
-class MEZALITH_EXPORT MzUTMZoneProjection : public MzMapProjection {
+class MEZALITH_EXPORT MzUTMZoneProjection final : public MzMapProjection {
   public:
-    /// Zone 0.
+    /// Zone 0 with the properties of the base class.
     MzUTMZoneProjection() = default;
-    /// Only the low 32 bits of the zone count when projecting.
+    /// The zone is not checked; only its low 32 bits count when projecting.
     static std::shared_ptr<MzUTMZoneProjection> initWithZone(std::uint64_t zone);
 
     std::uint64_t utmZone() const { return utmZone_; }

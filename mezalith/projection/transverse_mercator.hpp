@@ -2,8 +2,10 @@
 #pragma once
 
 #include <mezalith/export.hpp>
+#include <mezalith/geometry/primitives.hpp>
 
 #include <cstdint>
+#include <span>
 
 namespace mezalith {
 
@@ -31,6 +33,12 @@ MEZALITH_EXPORT void LatitudeLongitudeToUTM(std::uint32_t* zone, double* x, doub
 MEZALITH_EXPORT void LatitudeLongitudeToUTMZone(std::uint32_t zone, double* x, double* y,
                                                 double latitude, double longitude);
 
+/// The same for many points at a lower cost, bit for bit: from x = longitude, y = latitude to
+/// easting and northing. `destination` may be the same memory; points that find no place there are
+/// left out.
+MEZALITH_EXPORT void LatitudeLongitudeToUTMZone(std::uint32_t zone, std::span<const MzPoint> source,
+                                                std::span<MzPoint> destination);
+
 /// Forward projection without false easting. `originLatitude` is accepted and ignored: the origin
 /// is the equator. At the poles the square of the tangent is huge but finite, and x is 0 to within
 /// 1e-10 m.
@@ -41,6 +49,10 @@ MEZALITH_EXPORT void LatitudeLongitudeToTransverseMercator(double* x, double* y,
 
 MEZALITH_EXPORT void UTMToLatitudeLongitude(std::uint32_t zone, double* latitude, double* longitude,
                                             double easting, double northing);
+
+/// The same for many points, under the terms of the forward form.
+MEZALITH_EXPORT void UTMToLatitudeLongitude(std::uint32_t zone, std::span<const MzPoint> source,
+                                            std::span<MzPoint> destination);
 
 /// Inverse projection. `originLatitude` is accepted and ignored. At or beyond the meridional
 /// distance of a pole the answer is latitude 90 or -90 and longitude 0, whatever the meridian.

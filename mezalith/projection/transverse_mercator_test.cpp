@@ -6,6 +6,7 @@
 #include <limits>
 #include <numbers>
 #include <random>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -233,8 +234,8 @@ struct Pinned {
     double first, second, meridian, scale, firstResult, secondResult;
 };
 
-// Far from the meridian every term of the series shows. Evaluated from the formulas by hand-made
-// Python; the tolerance leaves room for other mathematics libraries.
+// Far from the meridian every term of the series shows. Evaluated separately from the
+// formulas; the tolerance leaves room for other mathematics libraries.
 TEST(TransverseMercator, KeepsEveryTermOfTheForwardSeries) {
     for (const Pinned& pin : std::array<Pinned, 5>{{
              {60, 75, 15, 0.9996, 2959517.604047088, 8200695.664701041},
@@ -260,6 +261,27 @@ TEST(TransverseMercator, KeepsEveryTermOfTheInverseSeries) {
         const Geographic g = inverse(pin.first, pin.second, pin.meridian, pin.scale);
         EXPECT_NEAR(g.latitude / pin.firstResult, 1, 1e-12);
         EXPECT_NEAR(g.longitude / pin.secondResult, 1, 1e-12);
+    }
+}
+
+// --- many points ----------------------------------------------------------
+
+TEST(TransverseMercator, ConvertsManyPointsAsOneByOne) {
+    std::mt19937_64 random{seed};
+    std::uniform_real_distribution<double> anyLongitude{-180, 180}, anyLatitude{-90, 90};
+    for (const std::size_t count : {0u, 1u, 31u, 32u, 33u, 200u}) {
+        std::vector<MzPoint> points(count), projected(count), back(count);
+        for (MzPoint& p : points) p = {anyLongitude(random), anyLatitude(random)};
+        LatitudeLongitudeToUTMZone(33, points, projected);
+        UTMToLatitudeLongitude(33, projected, back);
+        for (std::size_t i = 0; i < count; ++i) {
+            const Plane p = toZone(33, points[i].y, points[i].x);
+            ASSERT_EQ(projected[i].x, p.x) << "seed " << seed << ", " << count << ", " << i;
+            ASSERT_EQ(projected[i].y, p.y) << "seed " << seed << ", " << count << ", " << i;
+            const Geographic g = fromZone(33, p.x, p.y);
+            ASSERT_EQ(back[i].x, g.longitude) << "seed " << seed << ", " << count << ", " << i;
+            ASSERT_EQ(back[i].y, g.latitude) << "seed " << seed << ", " << count << ", " << i;
+        }
     }
 }
 
