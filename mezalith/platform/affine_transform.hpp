@@ -4,6 +4,9 @@
 #include <mezalith/export.hpp>
 #include <mezalith/geometry/primitives.hpp>
 
+#include <optional>
+#include <span>
+
 namespace mezalith::platform {
 
 /// The platform's plane transform, by value: x' = m11·x + m21·y + tX, y' = m12·x + m22·y + tY.
@@ -18,6 +21,10 @@ struct MEZALITH_EXPORT AffineTransform {
 
     MzPoint transformPoint(MzPoint point) const;
 
+    /// Maps the points of `source` into `destination`, which may be the same memory: as many as
+    /// both have places for. Same results as `transformPoint`, bit for bit.
+    void transformPoints(std::span<const MzPoint> source, std::span<MzPoint> destination) const;
+
     /// The size without the translation; components keep their sign.
     MzSize transformSize(MzSize size) const;
 
@@ -27,6 +34,10 @@ struct MEZALITH_EXPORT AffineTransform {
 
     /// This transform applied after `first`: the result maps p to this(first(p)).
     AffineTransform prepending(const AffineTransform& first) const;
+
+    /// The transform that undoes this one, in full precision; none when the determinant is 0 or
+    /// not finite.
+    std::optional<AffineTransform> inverse() const;
 
     friend bool operator==(const AffineTransform&, const AffineTransform&) = default;
 };

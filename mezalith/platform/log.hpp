@@ -16,7 +16,8 @@ using LogSink = std::function<void(std::string_view)>;
 MEZALITH_EXPORT void log(std::string_view line);
 
 /// Makes `sink` the log's receiver and returns the one before it; an empty sink restores standard
-/// error. Safe from several threads; the sink itself is called under the log's lock.
+/// error. Safe from several threads. The sink is called under the log's lock, so that no call of it
+/// is under way once another has taken its place; it may itself log and set sinks.
 MEZALITH_EXPORT LogSink setLogSink(LogSink sink);
 
 }  // namespace mezalith::platform

@@ -9,15 +9,17 @@
 
 namespace mezalith::platform {
 
-/// The shortest text that reads back to the same double ("0.1", "1e+300", "nan", "inf", "-0").
-/// Independent of the locale.
+/// The shortest text that reads back to the same double ("0.1", "1e+300", "inf", "-0");
+/// "nan" for every NaN. Independent of the locale.
 MEZALITH_EXPORT std::string shortestText(double value);
 
-/// `value` as printf's "%g" writes it in the C locale: six significant digits.
+/// `value` as printf's "%g" writes it in the C locale: six significant digits. Independent of the
+/// locale.
 MEZALITH_EXPORT std::string generalText(double value);
 
 /// Reads the whole of `text` as a decimal number, with an optional sign of either kind; empty for
-/// anything else, white space included. Independent of the locale; "nan" and "inf" are read.
+/// anything else, white space included, and for numbers too large or too close to zero for a
+/// double. Independent of the locale; "nan" and "inf" are read.
 MEZALITH_EXPORT std::optional<double> numberFromText(std::string_view text);
 
 }  // namespace mezalith::platform

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+#include <mezalith/platform/object.hpp>
+
+#include <memory>
+
+#include <gtest/gtest.h>
+
+namespace mezalith::platform {
+namespace {
+
+class Counted : public Object {
+  public:
+    explicit Counted(int& ended) : ended_(&ended) {}
+    Counted(const Counted&) = default;
+    Counted& operator=(const Counted&) = default;
+    ~Counted() override { ++*ended_; }
+
+  private:
+    int* ended_;
+};
+
+class Other : public Object {};
+
+TEST(Object, EndsAsItsOwnClassThroughTheRoot) {
+    int ended = 0;
+    std::unique_ptr<Object>(std::make_unique<Counted>(ended)).reset();
+    EXPECT_EQ(ended, 1);
+}
+
+TEST(Object, TellsItsClassByDynamicCast) {
+    const Other other;
+    const Object* object = &other;
+    EXPECT_EQ(dynamic_cast<const Other*>(object), &other);
+    EXPECT_EQ(dynamic_cast<const Counted*>(object), nullptr);
+}
+
+TEST(Value, IsNullUntilSet) {
+    Value value;
+    EXPECT_TRUE(std::holds_alternative<std::monostate>(value));
+    value = std::int64_t{7};
+    EXPECT_EQ(std::get<std::int64_t>(value), 7);
+    EXPECT_NE(value, Value{7.0});
+}
+
+TEST(Dictionary, OrdersNamesByTheirBytes) {
+    const Dictionary table{{"b", true}, {"\xC3\xA4", 1.5}, {"B", std::string("text")}};
+    std::string order;
+    for (const auto& [name, value] : table) order += name;
+    EXPECT_EQ(order, "Bb\xC3\xA4");
+    EXPECT_TRUE(table.contains(std::string_view("b")));
+}
+
+TEST(Event, IsThePrimaryButtonByDefault) {
+    const Event event;
+    EXPECT_EQ(event.buttonNumber, 0);
+    EXPECT_EQ(event.modifierFlags, 0u);
+    EXPECT_EQ(event.timestamp, 0);
+}
+
+}  // namespace
+}  // namespace mezalith::platform
