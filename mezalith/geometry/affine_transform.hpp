@@ -18,8 +18,8 @@ namespace mezalith {
 ///     x' = m11·x + m21·y + tX      y' = m12·x + m22·y + tY
 ///
 /// Operations are prepended: the latest one applies first to a point.
-/// Settled: `rotateByRadians` and `invert` round to single precision. For full precision invert a
-/// `platform::AffineTransform`.
+/// Settled: `rotateByRadians` and `invert` round to single precision. For an inverse in full
+/// precision take `nsTransform().inverse()`.
 class MEZALITH_EXPORT MzAffineTransform : public platform::Object {
   public:
     /// The six values m11, m12, m21, m22, tX, tY.
@@ -33,6 +33,7 @@ class MEZALITH_EXPORT MzAffineTransform : public platform::Object {
     static std::shared_ptr<MzAffineTransform> initWithTransform(const MzAffineTransform* other);
 
     void translateXBy(double tx, double ty);
+    /// As `rotateByRadians`, with degrees · pi / 180.
     void rotateByDegrees(double degrees);
     /// Counter-clockwise. Sine and cosine are taken in double and rounded to single precision.
     void rotateByRadians(double radians);
@@ -48,8 +49,8 @@ class MEZALITH_EXPORT MzAffineTransform : public platform::Object {
     void prependTransform(const MzAffineTransform* other);
 
     MzPoint transformPoint(MzPoint point) const;
-    /// Maps every point of `source` into `destination`, which has at least that many places and
-    /// may be the same memory. Same results as `transformPoint`, bit for bit.
+    /// Maps the points of `source` into `destination`, which may be the same memory: as many as
+    /// both have places for. Same results as `transformPoint`, bit for bit.
     void transformPoints(std::span<const MzPoint> source, std::span<MzPoint> destination) const;
     /// Without the translation, both components made non-negative.
     MzSize transformSize(MzSize size) const;
@@ -61,6 +62,7 @@ class MEZALITH_EXPORT MzAffineTransform : public platform::Object {
     /// The same six values, unchanged.
     platform::AffineTransform singlePrecisionTransformStruct() const;
     platform::AffineTransform nsTransform() const;
+    /// Copies the six values out to, and in from, an array of six; nothing for null.
     void getMatrix(double* matrix) const;
     void setMatrix(const double* matrix);
 
@@ -78,7 +80,7 @@ class MEZALITH_EXPORT MzAffineTransform : public platform::Object {
     virtual std::shared_ptr<MzAffineTransform> newInstance() const;
 
   private:
-    Matrix matrix_ = identityTransform;
+    platform::AffineTransform values_;
 };
 
 }  // namespace mezalith

@@ -30,12 +30,7 @@ struct MzRect {
 inline constexpr MzRect MzZeroRect{{0.0, 0.0}, {0.0, 0.0}};
 
 /// The side from which `MzDivideRect` takes its slice. Other values are accepted and do nothing.
-enum MzRectEdge : std::int32_t {
-    MzMinYEdge = 1,
-    MzMaxYEdge = 2,
-    MzMaxXEdge = 4,
-    MzMinXEdge = 8
-};
+enum MzRectEdge : std::int32_t { MzMinYEdge = 1, MzMaxYEdge = 2, MzMaxXEdge = 4, MzMinXEdge = 8 };
 
 /// Exact comparison; any NaN makes it false.
 MEZALITH_EXPORT bool MzEqualPoints(MzPoint a, MzPoint b);
@@ -73,8 +68,12 @@ MEZALITH_EXPORT void MzDivideRect(MzRect r, MzRect* slice, MzRect* remainder, do
 /// Splits `rect` over a world that repeats with its width in x (`wrapX`) and its height in y
 /// (`wrapY`). piece1 is the part within the world after the origin of `rect` was brought into it,
 /// piece2 the part that wraps around in x, piece3 in y, piece4 in both; parts that do not exist are
-/// zero rectangles. A world without positive extent, or an origin so far away that a shift by the
-/// extent changes nothing, leaves the origin where it is.
+/// zero rectangles. Any of them may be null.
+///
+/// The origin is shifted by the world's extent again and again, each sum rounded, until it lies in
+/// the world, both ends included. The cost does not grow with the number of shifts. A world without
+/// positive extent leaves the origin where it is; far from zero, where a shift is lost in rounding,
+/// shifting ends short of the world.
 MEZALITH_EXPORT void MzTorusPartition(MzRect* piece1, MzRect* piece2, MzRect* piece3,
                                       MzRect* piece4, bool wrapX, bool wrapY, MzRect world,
                                       MzRect rect);

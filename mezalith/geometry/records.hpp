@@ -80,8 +80,8 @@ inline std::span<MzPolygon> polygonsOf(const MzMultiPolygon* polygons) {
 }
 
 // Sizes of record blocks in bytes, the top record's 16-byte header included, in 64 bits. Point
-// counts are taken from the records as they stand, whatever their arrays; null arrays of rings, line
-// strings and polygons count as empty; a null record gives 0.
+// counts are taken from the records as they stand, whatever their arrays; null arrays of rings,
+// line strings and polygons count as empty; a null record gives 0.
 
 /// 16.
 MEZALITH_EXPORT std::size_t sizeOfMzPoint();
@@ -90,6 +90,7 @@ MEZALITH_EXPORT std::size_t sizeOfMzMultiPoint(const MzMultiPoint* multiPoint);
 MEZALITH_EXPORT std::size_t sizeOfMzPolygon(const MzPolygon* polygon);
 /// Settled: each line string's header is counted twice.
 MEZALITH_EXPORT std::size_t sizeOfMzMultiLineString(const MzMultiLineString* lines);
+/// Settled: each polygon's header is counted twice.
 MEZALITH_EXPORT std::size_t sizeOfMzMultiPolygon(const MzMultiPolygon* polygons);
 
 }  // namespace mezalith
