@@ -6,6 +6,7 @@
 #include <mezalith/platform/object.hpp>
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace mezalith {
@@ -57,6 +58,9 @@ class MEZALITH_EXPORT MzTreeInternalNode : public MzTreeNode {
     using Nodes = std::vector<std::shared_ptr<MzTreeNode>>;
 
     MzTreeInternalNode() = default;
+    MzTreeInternalNode(const MzTreeInternalNode&) = delete;
+    MzTreeInternalNode& operator=(const MzTreeInternalNode&) = delete;
+    /// Releases the children without recursion, however deep the tree.
     ~MzTreeInternalNode() override;
     /// Bounds are the union of the children's; a null child counts as the zero rectangle, and
     /// empty rectangles vanish in a union.
