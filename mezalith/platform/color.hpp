@@ -58,8 +58,10 @@ class MEZALITH_EXPORT Color final : public Archivable {
     /// The same colour with this alpha (replaced, not multiplied). A pattern stays as it is.
     std::shared_ptr<const Color> colorWithAlphaComponent(double alpha) const;
 
-    /// The colour in `space`; null where there is no conversion (patterns, unknown names, and any
-    /// conversion to a named or pattern space).
+    /// The colour in `space`, the alpha unchanged. Calibrated and device RGB share their
+    /// components; grey is the Rec. 709 luma; CMYK is the plain complement (1 - c)(1 - k). Null
+    /// where there is no conversion (patterns, unknown names, and any conversion to a named or
+    /// pattern space).
     std::shared_ptr<const Color> colorUsingColorSpace(ColorSpace space) const;
 
     /// YES when both colours convert to calibrated RGB and their components and alpha are equal
@@ -77,6 +79,8 @@ class MEZALITH_EXPORT Color final : public Archivable {
 
   private:
     Color(ColorSpace space, std::array<double, 4> components, double alpha, std::string name);
+    static std::shared_ptr<const Color> make(ColorSpace space, std::array<double, 4> components,
+                                             double alpha, std::string name = {});
 
     ColorSpace space_;
     std::array<double, 4> components_;

@@ -20,10 +20,10 @@ enum class LineCap : std::uint64_t { Butt = 0, Round = 1, Square = 2 };
 
 /// What `drawPath` does with the current path.
 enum class PathDrawingMode : std::int32_t {
-    Fill = 0,           ///< non-zero winding
-    EvenOddFill = 1,    ///< even-odd rule
-    Stroke = 2,         ///< outline
-    FillStroke = 3,     ///< non-zero fill, then stroke
+    Fill = 0,              ///< non-zero winding
+    EvenOddFill = 1,       ///< even-odd rule
+    Stroke = 2,            ///< outline
+    FillStroke = 3,        ///< non-zero fill, then stroke
     EvenOddFillStroke = 4  ///< even-odd fill, then stroke
 };
 

@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <mezalith/export.hpp>
 #include <mezalith/platform/graphics_port.hpp>
 
+#include <initializer_list>
+#include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace mezalith::platform {
@@ -13,7 +17,9 @@ namespace mezalith::platform {
 /// text that reads back to the same double; colours are "red green blue alpha" in device RGB, or
 /// "none". Vertices handed over as a span are written vertex by vertex, so that both ways of
 /// building a path read the same. Layers are numbered from 1 as they are made; what is drawn into
-/// layer 2 stands in lines that begin "layer 2: ".
+/// layer 2 stands in lines that begin "layer 2: "; a layer that is refused, or is of another kind
+/// of port, is "none". What other ports ignore (numbers that are not finite, unknown caps) is
+/// written like anything else.
 ///
 ///     setLineCap 1
 ///     setLineDash 0 solid
@@ -22,6 +28,7 @@ namespace mezalith::platform {
 ///     setShadow 1.5 1.5 0.5
 ///     moveToPoint 0 0.5
 ///     drawPath 2
+///     setShadowWithColor 0 0 0 none
 ///     createLayer 1 9 9
 ///     drawLayerAtPoint 1 0 0
 class MEZALITH_EXPORT RecordingPort final : public GraphicsPort {
@@ -32,6 +39,7 @@ class MEZALITH_EXPORT RecordingPort final : public GraphicsPort {
     const std::vector<std::string>& lines() const;
     /// All lines, each with a line end.
     std::string text() const;
+    /// Forgets all lines; the numbers of layers go on.
     void clear();
 
     void saveState() override;
@@ -66,8 +74,10 @@ class MEZALITH_EXPORT RecordingPort final : public GraphicsPort {
 
   private:
     struct Record;
-    explicit RecordingPort(std::shared_ptr<Record> record, std::string prefix);
-    void write(std::string_view operation, std::initializer_list<double> arguments);
+    class RecordingLayer;
+    RecordingPort(std::shared_ptr<Record> record, std::string prefix);
+    void write(std::string_view operation, std::initializer_list<double> arguments = {});
+    void write(std::string_view operation, const std::string& arguments);
 
     std::shared_ptr<Record> record_;  ///< shared with the ports of the layers
     std::string prefix_;
