@@ -91,17 +91,18 @@ MEZALITH_EXPORT std::size_t wkbMultiPolygonToMzMultiPolygon(wkbCursor cursor,
 
 // --- encoders
 //
-// Each appends to a buffer from malloc and keeps a running length in the caller's counter; a counter
-// of 0 starts a new buffer and ignores the one passed. The possibly moved buffer is returned and
-// belongs to the caller, who frees it. A failed allocation prints a fixed text to standard error
-// and returns null. A null array counts as empty.
+// Each appends to a buffer from malloc and keeps a running length in the caller's counter; a
+// counter of 0 starts a new buffer and ignores the one passed. The possibly moved buffer is
+// returned and belongs to the caller, who frees it; what lies behind the counted bytes is not part
+// of the encoding. A failed allocation prints a fixed text to standard error, frees the buffer and
+// returns null; nothing more is written or counted. A null array counts as empty.
 
 /// n Point elements; the counter grows by 21·n.
 MEZALITH_EXPORT std::byte* wkbPointToData(const MzPoint* points, std::uint32_t n, std::byte* buffer,
                                           std::uint64_t* length);
 /// r ring bodies.
 /// Settled: each ring is written with the point count of ring 0, the counter grows by 4·r only, and
-/// the ring index has 8 bits.
+/// the ring index has 8 bits, so that rings from the 257th on repeat the first ones.
 MEZALITH_EXPORT std::byte* wkbLinearRingToData(const MzLinearRing* rings, std::uint32_t r,
                                                std::byte* buffer, std::uint64_t* length);
 /// n LineString elements.
