@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+#include <mezalith/style/stroke.hpp>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+
+namespace mezalith {
+
+namespace {
+
+std::vector<double> scaled(std::span<const double> lengths, double factor) {
+    std::vector<double> result(lengths.begin(), lengths.end());
+    for (double& length : result) length *= factor;
+    return result;
+}
+
+void encodeUnsigned(platform::KeyedArchiver& coder, std::uint64_t value, std::string_view key) {
+    coder.encodeInt(static_cast<std::int32_t>(value), key);
+}
+
+std::uint64_t decodeUnsigned(const platform::KeyedUnarchiver& coder, std::string_view key) {
+    return static_cast<std::uint64_t>(coder.decodeInt(key));
+}
+
+std::vector<double> decodeDash(const platform::KeyedUnarchiver& coder, std::uint64_t count) {
+    const std::vector<std::byte> bytes = coder.decodeBytes("lineDash");
+    std::vector<double> dash(std::min<std::uint64_t>(count, bytes.size() / sizeof(double)));
+    if (!dash.empty()) std::memcpy(dash.data(), bytes.data(), dash.size() * sizeof(double));
+    return dash;
+}
+
+}  // namespace
+
+std::span<const double> MzStroke::dashPattern() const {
+    return {lineDash.data(), std::min<std::uint64_t>(lineDashCount, lineDash.size())};
+}
+
+void MzStroke::applyTo(platform::GraphicsPort& port, double scaleFactor) const {
+    port.setLineCap(platform::LineCap{lineCap});
+    port.setLineJoin(platform::LineJoin{lineJoin});
+    port.setLineWidth(double{strokeWidth} * scaleFactor);
+    const std::span<const double> pattern = dashPattern();
+    if (isDashed && !pattern.empty()) {
+        port.setLineDash(lineDashOffset * scaleFactor, scaled(pattern, scaleFactor));
+    } else {
+        port.setLineDash(0.0, {});
+    }
+}
+
+void MzStroke::copyFrom(const MzStroke& source) {
+    strokeWidth = source.strokeWidth;
+    lineJoin = source.lineJoin;
+    lineCap = source.lineCap;
+    lineDashOffset = source.lineDashOffset;
+    isDashed = source.isDashed;
+    const std::span<const double> pattern = source.dashPattern();
+    lineDash.assign(pattern.begin(), pattern.end());
+    if (!pattern.empty()) lineDashCount = pattern.size();
+}
+
+bool MzStroke::isEqualTo(const MzStroke& other) const {
+    return strokeWidth == other.strokeWidth && lineJoin == other.lineJoin &&
+           lineCap == other.lineCap && lineDashOffset == other.lineDashOffset &&
+           lineDashCount == other.lineDashCount;
+}
+
+void MzStroke::encodeWithCoder(platform::KeyedArchiver& coder) const {
+    encodeUnsigned(coder, lineJoin, "lineJoin");
+    encodeUnsigned(coder, lineCap, "lineCap");
+    coder.encodeFloat(static_cast<float>(lineDashOffset), "lineDashOffset");
+    encodeUnsigned(coder, lineDashCount, "lineDashCount");
+    coder.encodeBool(isDashed, "isDashed");
+    coder.encodeBytes(std::as_bytes(dashPattern()), "lineDash");
+}
+
+void MzStroke::decodeWithCoder(const platform::KeyedUnarchiver& coder) {
+    lineJoin = decodeUnsigned(coder, "lineJoin");
+    lineCap = decodeUnsigned(coder, "lineCap");
+    lineDashOffset = double{coder.decodeFloat("lineDashOffset")};
+    lineDashCount = static_cast<std::uint64_t>(std::max(coder.decodeInt("lineDashCount"), 0));
+    isDashed = coder.decodeBool("isDashed");
+    lineDash = decodeDash(coder, lineDashCount);
+}
+
+}  // namespace mezalith
