@@ -2,16 +2,20 @@
 #pragma once
 
 #include <mezalith/export.hpp>
-#include <mezalith/platform/archiver.hpp>
 #include <mezalith/platform/graphics_port.hpp>
 #include <mezalith/platform/observable.hpp>
 #include <mezalith/style/draw_context.hpp>
 #include <mezalith/style/spatial_object.hpp>
 
 #include <cstdint>
+#include <initializer_list>
+#include <iterator>
 #include <memory>
 #include <set>
 #include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace mezalith {
@@ -19,10 +23,13 @@ namespace mezalith {
 /// One drawing instruction of a rule: projects and clips a feature's geometry through the draw
 /// context and draws it into the current graphics port. The base class draws nothing.
 ///
-/// "drawProperty" changes whenever one of the class's `drawPropertyKeyPaths` does.
+/// "drawProperty" changes whenever one of the class's `drawPropertyKeyPaths` does. Setting a
+/// property announces its key, also when the value stays the same. Nothing is observed in a copy.
 class MEZALITH_EXPORT MzSymbolizer : public platform::Observable, public platform::Object {
   public:
     MzSymbolizer() = default;
+    MzSymbolizer(const MzSymbolizer&) = delete;
+    MzSymbolizer& operator=(const MzSymbolizer&) = delete;
     ~MzSymbolizer() override;
 
     /// The properties that affect drawing, by name; none in the base.
@@ -35,25 +42,53 @@ class MEZALITH_EXPORT MzSymbolizer : public platform::Observable, public platfor
     virtual std::uint32_t symbolizerType() const { return 0; }
 
     /// A new symbolizer of the receiver's own class; what it carries over is the class's to say.
-    virtual std::shared_ptr<MzSymbolizer> copy() const;
+    std::shared_ptr<MzSymbolizer> copy() const;
 
     /// YES for the same object; NO for null or another `symbolizerType`; else as the class's own
-    /// comparison says.
+    /// comparison says for the types 0 to 2, and NO for any other type.
     virtual bool isEqualToSymbolizer(const MzSymbolizer* other) const;
 
+    /// Draws into the current graphics port. Nothing happens without an object, a context, a
+    /// geometry, a projection or a port.
     virtual void drawSpatialObject(MzSpatialObjectDrawAdditions* object, MzDrawContext* context,
                                    bool selected);
     /// Whether a click at `point` (view points) hits what is drawn; NO in the base.
     virtual bool isSpatialObject(MzSpatialObjectDrawAdditions* object, MzPoint point,
                                  MzDrawContext* context, bool selected);
-    virtual void didRemoveFromContext(MzDrawContext* context,
-                                      MzSpatialObjectDrawAdditions* object);
+    /// Takes away what the symbolizer left in the view for the object; nothing in the base.
+    virtual void didRemoveFromContext(MzDrawContext* context, MzSpatialObjectDrawAdditions* object);
 
   protected:
     /// The object's geometry in the context's projection, or null when it lies outside the
-    /// context's clipping rectangle or anything on the way is null.
+    /// context's clipping rectangle or there is no object, context, geometry or projection. A null
+    /// clipping region counts as the zero rectangle.
     static std::shared_ptr<MzGeometry> visibleGeometry(const MzSpatialObjectDrawAdditions* object,
                                                        const MzDrawContext* context);
+    /// The port of the current graphics context, or null.
+    static platform::GraphicsPort* currentGraphicsPort();
+
+    /// A fresh symbolizer of the receiver's own class, for `copy`.
+    virtual std::shared_ptr<MzSymbolizer> newInstance() const;
+    /// Sets on `copy`, which is of the receiver's own class, what a copy carries over.
+    virtual void copyPropertiesTo(MzSymbolizer& copy) const;
+    /// The class's own comparison with a symbolizer of the same type that is not the receiver.
+    virtual bool hasEqualProperties(const MzSymbolizer& other) const;
+
+    /// Runs `change` and announces it for `keys`: before it in this order, after it in reverse.
+    template <typename Change>
+    void changeValues(std::initializer_list<std::string_view> keys, Change change) {
+        for (const std::string_view key : keys) willChangeValueForKey(key);
+        change();
+        for (auto key = std::rbegin(keys); key != std::rend(keys); ++key) {
+            didChangeValueForKey(*key);
+        }
+    }
+
+    /// Sets a property's field and announces its key.
+    template <typename Value>
+    void setProperty(std::string_view key, Value& field, std::type_identity_t<Value> value) {
+        changeValues({key}, [&] { field = std::move(value); });
+    }
 };
 
 }  // namespace mezalith
