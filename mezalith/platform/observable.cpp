@@ -68,8 +68,7 @@ void Observable::remove(const Observer* observer, std::string_view key,
     if (!registrations_) return;
     std::vector<Registration>& list = registrations_->list;
     const auto found = std::find_if(list.rbegin(), list.rend(), [&](const Registration& r) {
-        return r.observer == observer && !r.life.expired() && r.key == key &&
-               (!context || r.context == *context);
+        return r.observer == observer && r.key == key && (!context || r.context == *context);
     });
     if (found == list.rend()) return;
     list.erase(std::next(found).base());

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <mezalith/platform/observable.hpp>
+#include <tests/support/observation_recorder.hpp>
 
 #include <cstdlib>
-#include <functional>
 #include <map>
 #include <new>
 #include <vector>
@@ -12,46 +12,31 @@
 namespace {
 
 std::size_t allocations = 0;
+std::size_t blocks = 0;  // those not freed yet
 
 }  // namespace
 
 // Not inlined: the compiler takes the pair's halves for mismatched when it sees inside one of them.
 [[gnu::noinline]] void* operator new(std::size_t size) {
     ++allocations;
+    ++blocks;
     if (void* block = std::malloc(size)) return block;
     throw std::bad_alloc();
 }
 
-[[gnu::noinline]] void operator delete(void* block) noexcept { std::free(block); }
-[[gnu::noinline]] void operator delete(void* block, std::size_t) noexcept { std::free(block); }
+[[gnu::noinline]] void operator delete(void* block) noexcept {
+    blocks -= block != nullptr;
+    std::free(block);
+}
+[[gnu::noinline]] void operator delete(void* block, std::size_t) noexcept {
+    operator delete(block);
+}
 
 namespace mezalith::platform {
 namespace {
 
 using Lines = std::vector<std::string>;
-
-std::string describe(const std::string& key, const Change& change, std::int64_t context) {
-    std::string line = (change.isPrior ? "will " : "did ") + key;
-    if (change.kind != ChangeKind::Setting) {
-        line += " kind " + std::to_string(static_cast<int>(change.kind)) + " at " +
-                std::to_string(change.indexes.location) + "+" +
-                std::to_string(change.indexes.length);
-    }
-    return line + " (" + std::to_string(context) + ")";
-}
-
-/// Writes down what it is told, then runs `reaction`.
-struct Recorder : Observer {
-    Lines lines;
-    std::function<void()> reaction;
-
-    void observeValueForKey(const std::string& key, Observable*, const Change& change,
-                            std::int64_t context) override {
-        lines.push_back(describe(key, change, context));
-        // A reaction may end this recorder, and with it the function it is running.
-        if (const std::function<void()> run = reaction) run();
-    }
-};
+using Recorder = testing::ObservationRecorder;
 
 struct Model : Observable {
     std::map<std::string, std::set<std::string>> dependencies;
@@ -162,6 +147,9 @@ TEST(Observable, IgnoresADidWithoutItsWill) {
     model.willChangeValueForKey("other");
     model.didChangeValueForKey("value");
     EXPECT_TRUE(recorder.lines.empty());
+    model.setValue(1);
+    model.didChangeValueForKey("value");
+    EXPECT_EQ(recorder.lines, (Lines{"did value (1)"}));
 }
 
 TEST(Observable, NotifiesInTheOrderOfRegistration) {
@@ -327,6 +315,20 @@ TEST(Observable, ForgetsObserversThatVanished) {
     vanishing.reset();
     model.setValue(1);
     EXPECT_EQ(other.lines, (Lines{"did value (2)"}));
+}
+
+TEST(Observable, KeepsNothingOfObserversThatVanished) {
+    Model model;
+    Recorder staying;
+    model.addObserver(&staying, "value", 1);
+    const auto addAndVanish = [&] {
+        Recorder vanishing;
+        model.addObserver(&vanishing, "value", 2);
+    };
+    addAndVanish();
+    const std::size_t before = blocks;
+    for (int i = 0; i < 10; ++i) addAndVanish();
+    EXPECT_EQ(blocks, before);
 }
 
 TEST(Observable, DoesNotTakeANewObserverForAVanishedOneAtTheSameAddress) {
