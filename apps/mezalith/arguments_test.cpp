@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+#include "apps/mezalith/arguments.hpp"
+
+#include <array>
+
+#include <gtest/gtest.h>
+
+namespace mezalith::app {
+namespace {
+
+std::string usageErrorOf(const std::function<void()>& work) {
+    try {
+        work();
+    } catch (const UsageError& error) {
+        return error.what();
+    }
+    return "no error";
+}
+
+TEST(ArgumentsForParser, PutsAZeroBeforeABarePoint) {
+    const std::array<const char*, 7> arguments{"mezalith", "-.5,2", "-.x", "-o", "-", "-.", "-1.5"};
+    EXPECT_EQ(argumentsForParser(7, arguments.data()),
+              (std::vector<std::string>{"-0.5,2", "-.x", "-o", "-", "-.", "-1.5"}));
+}
+
+TEST(NumberArgument, ReadsFiniteNumbersOnly) {
+    EXPECT_EQ(numberArgument("LON", "-122.4"), -122.4);
+    EXPECT_EQ(numberArgument("LON", "1e3"), 1000);
+    for (const char* text : {"", "x", "1 ", "nan", "inf", "-inf", "1e999", "1,5", "0x10"}) {
+        EXPECT_EQ(usageErrorOf([&] { numberArgument("LON", text); }),
+                  "LON: \"" + std::string(text) + "\" is not a number");
+    }
+}
+
+TEST(Split, KeepsEmptyParts) {
+    EXPECT_EQ(split("a,b", ','), (std::vector<std::string>{"a", "b"}));
+    EXPECT_EQ(split(",", ','), (std::vector<std::string>{"", ""}));
+    EXPECT_EQ(split("", ','), (std::vector<std::string>{""}));
+}
+
+TEST(NumbersArgument, WantsTheRightCount) {
+    EXPECT_EQ(numbersArgument("--bbox", "-10,57,33,81.5", ',', 4, "W,S,E,N"),
+              (std::vector<double>{-10, 57, 33, 81.5}));
+    EXPECT_EQ(usageErrorOf([] { numbersArgument("--size", "12", 'x', 2, "WxH"); }),
+              "--size: \"12\" is not of the form WxH");
+    EXPECT_EQ(usageErrorOf([] { numbersArgument("--size", "12x", 'x', 2, "WxH"); }),
+              "--size: \"\" is not a number");
+}
+
+TEST(LayerValue, TakesThePrefixOffAtTheLastColon) {
+    EXPECT_EQ(layerValue("#fff").layer, std::nullopt);
+    EXPECT_EQ(layerValue("#fff").value, "#fff");
+    EXPECT_EQ(layerValue("land:#fff").layer, "land");
+    EXPECT_EQ(layerValue("land:#fff").value, "#fff");
+    EXPECT_EQ(layerValue("a:b:2").layer, "a:b");
+    EXPECT_EQ(layerValue(":2").layer, "");
+}
+
+}  // namespace
+}  // namespace mezalith::app

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+#include "apps/mezalith/command_table.hpp"
+
+#include <array>
+
+namespace mezalith::app {
+namespace {
+
+constexpr std::array<Command, 5> kCommands{{
+    {"project", "Geodesy", "Project longitude and latitude, or back", setUpProject},
+    {"distance", "Geodesy", "Great-circle distance between two points, metres", setUpDistance},
+    {"bearing", "Geodesy", "Initial bearing from one point to another, degrees", setUpBearing},
+    {"midpoint", "Geodesy", "Point halfway along a great circle", setUpMidpoint},
+    {"destination", "Geodesy", "Point at a distance and bearing from another", setUpDestination},
+}};
+
+}  // namespace
+
+std::span<const Command> commandTable() { return kCommands; }
+
+}  // namespace mezalith::app

@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: MIT
+#include "apps/mezalith/number_query.hpp"
+
+#include "apps/mezalith/arguments.hpp"
+#include "host/failure.hpp"
+#include <mezalith/platform/number_text.hpp>
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <iostream>
+#include <memory>
+#include <sstream>
+
+namespace mezalith::app {
+namespace {
+
+double checkedNumber(const NumberField& field, const std::string& text) {
+    const double number = numberArgument(field.name, text);
+    if (field.kind == NumberField::Kind::Latitude) checkLatitude(field.name, number);
+    return number;
+}
+
+std::vector<std::string> wordsOf(const std::string& line) {
+    std::istringstream stream(line);
+    std::vector<std::string> words;
+    for (std::string word; stream >> word;) words.push_back(word);
+    return words;
+}
+
+std::string textOf(const Answer& answer) {
+    std::string text;
+    for (const auto& [name, value] : answer) {
+        text += (text.empty() ? "" : " ") + platform::shortestText(value);
+    }
+    return text;
+}
+
+std::string jsonOf(const Answer& answer) {
+    JsonObject object;
+    for (const auto& [name, value] : answer) object.add(name, value);
+    return object.text();
+}
+
+}  // namespace
+
+void checkLatitude(const std::string& name, double latitude) {
+    if (std::abs(latitude) > 90) {
+        throw UsageError(name, platform::shortestText(latitude) + " is not a latitude");
+    }
+}
+
+NumberQuery::NumberQuery(std::vector<NumberField> fields, Function function)
+    : fields_(std::move(fields)), function_(std::move(function)) {}
+
+void NumberQuery::setUp(CLI::App& command, std::vector<NumberField> fields, Function function) {
+    struct Given {
+        std::vector<std::string> numbers;
+        bool json = false;
+    };
+    const auto given = std::make_shared<Given>();
+    given->numbers.resize(fields.size());
+    std::vector<const CLI::Option*> options;
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+        options.push_back(
+            command.add_option(fields[i].name, given->numbers[i], fields[i].help)->type_name(""));
+    }
+    command.add_flag("--json", given->json, "Print one JSON object a line");
+    NumberQuery query(std::move(fields), std::move(function));
+    command.callback([given, options, query]() mutable {
+        query.setJson(given->json);
+        const auto count = std::ranges::count_if(
+            options, [](const CLI::Option* option) { return option->count() > 0; });
+        TextOutput output;
+        if (count == 0) {
+            query.answerLines(std::cin, output);
+        } else {
+            query.answerArguments(std::span(given->numbers).first(static_cast<std::size_t>(count)),
+                                  output);
+        }
+        output.finish();
+    });
+}
+
+void NumberQuery::answerArguments(std::span<const std::string> arguments,
+                                  TextOutput& output) const {
+    std::vector<double> numbers;
+    for (std::size_t i = 0; i < fields_.size(); ++i) {
+        if (i >= arguments.size()) throw UsageError(fields_[i].name, "is missing");
+        numbers.push_back(checkedNumber(fields_[i], arguments[i]));
+    }
+    answer(numbers, output);
+}
+
+void NumberQuery::answerLines(std::istream& input, TextOutput& output) const {
+    std::vector<double> numbers;
+    std::size_t lineNumber = 0;
+    const auto place = [&] { return "standard input, line " + std::to_string(lineNumber); };
+    for (std::string line; std::getline(input, line);) {
+        ++lineNumber;
+        try {
+            takeNumbers(line, numbers);
+        } catch (const UsageError& error) {
+            throw host::Failure(place(), error.what());
+        }
+        if (numbers.size() < fields_.size()) continue;
+        answer(numbers, output);
+        numbers.clear();
+    }
+    if (!numbers.empty()) {
+        throw host::Failure(place(), std::string(fields_[numbers.size()].name) + " is missing");
+    }
+}
+
+void NumberQuery::takeNumbers(const std::string& line, std::vector<double>& numbers) const {
+    for (const std::string& word : wordsOf(line)) {
+        if (numbers.size() == fields_.size()) throw UsageError(word, "one number too many");
+        numbers.push_back(checkedNumber(fields_[numbers.size()], word));
+    }
+}
+
+void NumberQuery::answer(std::span<const double> numbers, TextOutput& output) const {
+    const Answer answer = function_(numbers);
+    for (const auto& [name, value] : answer) {
+        if (!std::isfinite(value)) throw host::Failure(name, "no answer to these numbers");
+    }
+    output.write((json_ ? jsonOf(answer) : textOf(answer)) + "\n");
+}
+
+}  // namespace mezalith::app

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "apps/mezalith/text_output.hpp"
+
+#include <functional>
+#include <iosfwd>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+namespace mezalith::app {
+
+/// One of the numbers that a command asks for.
+struct NumberField {
+    enum class Kind { Longitude, Latitude, Plain };
+
+    const char* name;
+    Kind kind;
+    const char* help;
+};
+
+/// What a command answers: values with their names.
+using Answer = std::vector<std::pair<const char*, double>>;
+
+/// Throws a UsageError about the argument `name` unless `latitude` lies within -90 and 90.
+void checkLatitude(const std::string& name, double latitude);
+
+/// A command that turns a few numbers into a few others. The numbers are its arguments or, when
+/// there are none, come on standard input: each answer takes as many as there are fields, from one
+/// line or, point by point, from several. Answers are one line each: the values, or with --json an
+/// object with the names.
+class NumberQuery {
+  public:
+    using Function = std::function<Answer(std::span<const double>)>;
+
+    /// Adds positional arguments and --json to `command`, and runs `function` when it is called.
+    static void setUp(CLI::App& command, std::vector<NumberField> fields, Function function);
+
+    NumberQuery(std::vector<NumberField> fields, Function function);
+
+    /// Answers the arguments. Throws a UsageError for a wrong one.
+    void answerArguments(std::span<const std::string> arguments, TextOutput& output) const;
+    /// Answers everything on `input`. Throws a host::Failure with the line for what is wrong there.
+    void answerLines(std::istream& input, TextOutput& output) const;
+
+    void setJson(bool json) { json_ = json; }
+
+  private:
+    void answer(std::span<const double> numbers, TextOutput& output) const;
+    void takeNumbers(const std::string& line, std::vector<double>& numbers) const;
+
+    std::vector<NumberField> fields_;
+    Function function_;
+    bool json_ = false;
+};
+
+}  // namespace mezalith::app

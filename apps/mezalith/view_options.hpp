@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "host/bounding_box.hpp"
+#include <mezalith/platform/color.hpp>
+#include <mezalith/projection/map_projection.hpp>
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+namespace mezalith::app {
+
+/// The view options of the command line, as they were given.
+struct ViewTexts {
+    std::string projection = "plate-carree";
+    std::string bbox{};
+    std::string size = "1200x800";
+    std::string scaleFactor = "1";
+    std::string pixelRatio = "1";
+    std::string background = "white";
+};
+
+/// The view options, understood.
+struct ViewOptions {
+    std::shared_ptr<MzMapProjection> projection;
+    std::optional<host::BoundingBox> area;  ///< degrees; the data's bounds when it is not given
+    MzSize size{};                          ///< view points
+    double scaleFactor = 1;
+    double pixelRatio = 1;  ///< backing pixels per view point
+    std::shared_ptr<const platform::Color> background;
+};
+
+/// Adds the options to `command`; `texts` must live as long.
+void addViewOptions(CLI::App& command, ViewTexts& texts);
+
+/// Throws a UsageError for what is not to be understood.
+ViewOptions viewOptionsOf(const ViewTexts& texts);
+
+/// "plate-carree" or "utm:ZONE" with a zone of 1 to 60; throws a UsageError for any other text.
+std::shared_ptr<MzMapProjection> projectionArgument(const std::string& text);
+
+/// The help text that goes with it.
+inline constexpr char kProjectionHelp[] = "plate-carree or utm:ZONE, a zone of 1 to 60";
+
+/// A colour as "#rgb", "#rrggbb", "#rrggbbaa" or by its CSS name; throws a UsageError about the
+/// argument `name` for any other text.
+std::shared_ptr<const platform::Color> colorArgument(const std::string& name,
+                                                     const std::string& text);
+
+}  // namespace mezalith::app

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#include "host/wkb_file.hpp"
+
+#include "host/failure.hpp"
+
+#include <gtest/gtest.h>
+
+namespace mezalith::host {
+namespace {
+
+const std::string kData = MEZALITH_SOURCE_DIR "/data/map/wkb/";
+
+TEST(ReadFile, AnswersAllBytes) {
+    const auto bytes = readFile(kData + "linestring-arctic-circle-be.wkb");
+    ASSERT_EQ(bytes.size(), 5801u);
+    EXPECT_EQ(bytes[0], std::byte{0});
+    EXPECT_EQ(bytes[4], std::byte{2});
+}
+
+TEST(ReadFile, SaysWhyItCannot) {
+    try {
+        readFile("no/such/file.wkb");
+        FAIL();
+    } catch (const Failure& failure) {
+        EXPECT_STREQ(failure.what(), "no/such/file.wkb: No such file or directory");
+    }
+    EXPECT_THROW(readFile(MEZALITH_SOURCE_DIR), Failure);
+}
+
+TEST(IsWKBFile, GoesByTheEnding) {
+    EXPECT_TRUE(isWKBFile("a/b.wkb"));
+    EXPECT_TRUE(isWKBFile("B.WKB"));
+    EXPECT_FALSE(isWKBFile("b.wkb.gpkg"));
+    EXPECT_FALSE(isWKBFile("wkb"));
+}
+
+TEST(LayerNameOfFile, IsTheStem) { EXPECT_EQ(layerNameOfFile("a/lake.east.wkb"), "lake.east"); }
+
+}  // namespace
+}  // namespace mezalith::host
