@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include <mezalith/platform/keyed_store.hpp>
 #include <mezalith/platform/recording_port.hpp>
 #include <mezalith/style/stroke.hpp>
-#include <tests/support/keyed_store.hpp>
 
 #include <cstring>
 #include <limits>

@@ -18,8 +18,8 @@
 
 namespace mezalith::testing {
 
-/// A keyed archive in memory that tells in which order and as what its values were written, and in
-/// which order they were asked for. Objects are kept by reference.
+/// A keyed archive in memory, for tests, that tells in which order and as what its values were
+/// written, and in which order they were asked for. Objects are kept by reference.
 class KeyedStore final : public platform::KeyedArchiver, public platform::KeyedUnarchiver {
   public:
     using Bytes = std::vector<std::byte>;
