@@ -47,3 +47,21 @@ endfunction()
 foreach(target IN LISTS libraries)
   mezalith_pkg_config(${target})
 endforeach()
+
+# mezalith_document(<file> <option> <destination>): what the command line writes about itself.
+function(mezalith_document file option destination)
+  set(path ${PROJECT_BINARY_DIR}/share/${file})
+  add_custom_command(OUTPUT ${path} DEPENDS mezalith_cli
+    COMMAND ${CMAKE_COMMAND} -E make_directory ${PROJECT_BINARY_DIR}/share
+    COMMAND mezalith_cli ${option} > ${path}
+    COMMENT "Writing ${file}" VERBATIM)
+  add_custom_target(document_${file} ALL DEPENDS ${path})
+  install(FILES ${path} DESTINATION ${destination} RENAME ${ARGN})
+endfunction()
+
+if(TARGET mezalith_cli)
+  install(TARGETS mezalith_cli)
+  mezalith_document(mezalith.1 --generate-man ${CMAKE_INSTALL_MANDIR}/man1 mezalith.1)
+  mezalith_document(mezalith.bash --generate-completion
+    ${CMAKE_INSTALL_DATADIR}/bash-completion/completions mezalith)
+endif()

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include <cstdio>
-
 #include <mezalith/projection/great_circle.hpp>
 
-int main() {
-    std::printf("%.0f m\n", mezalith::MzEarthDistance(10.75, 59.91, 2.35, 48.86));
-}
+#include <cstdio>
+
+int main() { std::printf("%.0f m\n", mezalith::MzEarthDistance(10.75, 59.91, 2.35, 48.86)); }
