@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <mezalith/platform/observable.hpp>
-#include <tests/support/observation_recorder.hpp>
+#include <mezalith/platform/observation_recorder.hpp>
 
 #include <cstdlib>
 #include <map>
