@@ -78,9 +78,10 @@ function(mezalith_units library)
 endfunction()
 
 # mezalith_test(<name> SOURCES <file>... LINKS <target>...): a GoogleTest program, each case a test.
+# Property tests run with a fixed seed.
 function(mezalith_test name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINKS")
-  add_executable(${name} ${arg_SOURCES})
+  add_executable(${name} ${arg_SOURCES} ${PROJECT_SOURCE_DIR}/tests/support/fixed_seed.cpp)
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR})
   target_link_libraries(${name} PRIVATE
     ${arg_LINKS} mezalith_options ${RAPIDCHECK_LIBRARY} GTest::gtest_main)
