@@ -60,11 +60,11 @@ void transformPointByPoint(benchmark::State& state) {
 }
 
 void bareLoop(benchmark::State& state) {
-    const auto [m11, m12, m21, m22, tX, tY] = mapToPixels().transformStruct();
-    measure(state, [=](const auto& source, auto& destination) {
+    const platform::AffineTransform t = mapToPixels().transformStruct();
+    measure(state, [t](const auto& source, auto& destination) {
         for (std::size_t i = 0; i < source.size(); ++i) {
             const auto [x, y] = source[i];
-            destination[i] = {m11 * x + m21 * y + tX, m12 * x + m22 * y + tY};
+            destination[i] = {t.m11 * x + t.m21 * y + t.tX, t.m12 * x + t.m22 * y + t.tY};
         }
     });
 }

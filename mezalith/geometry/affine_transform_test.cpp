@@ -301,7 +301,7 @@ TEST(AffineTransform, MapsPointsInRowVectorForm) {
 TEST(AffineTransform, MapsManyPointsAsItMapsEachAndInPlace) {
     EXPECT_TRUE(rc::check([] {
         const MzAffineTransform transform = anyTransform();
-        std::array<MzPoint, 7> points;
+        std::array<MzPoint, 7> points{};
         for (MzPoint& point : points) point = {moderate(), moderate()};
         const auto before = points;
         transform.transformPoints(points, points);

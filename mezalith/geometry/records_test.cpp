@@ -37,7 +37,7 @@ TEST(RecordSizes, DoNotWrapAt32Bits) {
 
 TEST(RecordSizes, OfAPolygonCountEachRingHeaderAndItsPoints) {
     const Polygons polygons;
-    EXPECT_EQ(sizeOfMzPolygon(&polygons.both[0]), 16u + 2 * 16u + (4 + 5) * 16u);
+    EXPECT_EQ(sizeOfMzPolygon(polygons.both.data()), 16u + 2 * 16u + (4 + 5) * 16u);
     EXPECT_EQ(sizeOfMzPolygon(&polygons.both[1]), 16u + 16u + 3 * 16u);
 }
 
@@ -76,9 +76,9 @@ TEST(RecordSpans, ShowTheArrays) {
     const MzMultiPolygon multi{2, polygons.both.data()};
     const auto members = polygonsOf(&multi);
     ASSERT_EQ(members.size(), 2u);
-    ASSERT_EQ(ringsOf(&members[0]).size(), 2u);
-    EXPECT_EQ(pointsOf(&ringsOf(&members[0])[1]).size(), 5u);
-    EXPECT_EQ(pointsOf(&ringsOf(&members[1])[0]).data(), polygons.points.data());
+    ASSERT_EQ(ringsOf(members.data()).size(), 2u);
+    EXPECT_EQ(pointsOf(&ringsOf(members.data())[1]).size(), 5u);
+    EXPECT_EQ(pointsOf(ringsOf(&members[1]).data()).data(), polygons.points.data());
 
     MzLineString line{4, polygons.points.data()};
     const MzMultiLineString lines{1, &line};

@@ -49,9 +49,9 @@ TEST(PlatformTransform, MapsARectangleByOriginAndSizeNotByItsCorners) {
 TEST(PlatformTransform, MapsManyPointsAsItMapsEach) {
     EXPECT_TRUE(rc::check([] {
         const AffineTransform transform = anyTransform();
-        std::array<MzPoint, 5> source;
+        std::array<MzPoint, 5> source{};
         for (MzPoint& point : source) point = {moderate(), moderate()};
-        std::array<MzPoint, 5> destination;
+        std::array<MzPoint, 5> destination{};
         transform.transformPoints(source, destination);
         for (std::size_t i = 0; i < source.size(); ++i) {
             RC_ASSERT(MzEqualPoints(destination[i], transform.transformPoint(source[i])));
@@ -102,7 +102,7 @@ TEST(PlatformTransform, InverseUndoesIt) {
 
 TEST(PlatformTransform, InverseHasFullPrecision) {
     const AffineTransform third{3, 0, 0, 3, 0, 0};
-    EXPECT_EQ(third.inverse()->m11, 1.0 / 3);
+    EXPECT_EQ(third.inverse().value_or(third).m11, 1.0 / 3);
     EXPECT_EQ((AffineTransform{2, 0, 0, 2, 4, 6}.inverse()),
               (AffineTransform{.5, -0., -0., .5, -2, -3}));
 }

@@ -16,6 +16,7 @@ struct Log {
 
 // Never destroyed, so that the destructors of other statics can still log.
 Log& sharedLog() {
+    // NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): one log for all
     static Log& shared = *new Log;
     return shared;
 }

@@ -13,10 +13,11 @@ namespace {
 
 // Collects the log's lines and restores the receiver that was there before.
 class Log : public testing::Test {
-  protected:
+  public:
     Log() : before_(setLogSink([this](std::string_view line) { lines_.emplace_back(line); })) {}
     ~Log() override { setLogSink(std::move(before_)); }
 
+  protected:
     std::vector<std::string> lines_;
 
   private:
@@ -69,6 +70,7 @@ TEST_F(Log, LetsASinkReplaceItself) {
 
 TEST_F(Log, KeepsLinesOfSeveralThreadsWhole) {
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([] {
             for (int line = 0; line < 250; ++line) log("a whole line");

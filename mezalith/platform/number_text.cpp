@@ -12,7 +12,7 @@ namespace {
 // What std::to_chars makes of its arguments.
 template <typename... Arguments>
 std::string charactersOf(Arguments... arguments) {
-    std::array<char, 32> buffer;  // the longest text of a double has 24 characters
+    std::array<char, 32> buffer{};  // the longest text of a double has 24 characters
     const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), arguments...);
     return {buffer.data(), result.ptr};
 }
