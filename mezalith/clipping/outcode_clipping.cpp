@@ -29,7 +29,8 @@ constexpr Crossings missed{-1, -1, -1};
 constexpr unsigned allCorners = 15;
 
 /// By corner mask: bit k is set when corner k lies on the non-negative side of the line. Opposite
-/// corners alone (5 and 10) are on no side of any line, yet rounding may say so: a miss.
+/// corners alone (5 and 10) cannot be, not even by rounding, which keeps the order of sums; they
+/// count as missed.
 constexpr std::array<Crossings, 16> crossingsOfMask{{
     missed,
     {0, 3, 1},

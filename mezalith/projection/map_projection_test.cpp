@@ -40,25 +40,25 @@ std::vector<MzPoint> sample(std::size_t count) {
 }
 
 /// Knows only how to do one point at a time.
-class Stretched : public MzMapProjection {
+class Sheared : public MzMapProjection {
   public:
     MzPoint projectedCoordinateForLongitudeLatitude(MzPoint p) const override {
-        return {p.x * 4, p.y * 3};
+        return {p.x * 4, (p.x + p.y) * 3};
     }
     MzPoint longitudeLatitudeForProjectedCoordinate(MzPoint p) const override {
-        return {p.x / 4, p.y / 3};
+        return {p.x / 4, p.y / 3 - p.x / 4};
     }
 
   protected:
     std::shared_ptr<MzMapProjection> newInstance() const override {
-        return std::make_shared<Stretched>();
+        return std::make_shared<Sheared>();
     }
 };
 
 std::vector<std::shared_ptr<MzMapProjection>> everyKind() {
     return {std::make_shared<MzMapProjection>(), MzMapProjection::mapProjectionWithPlateCarree(),
             MzMapProjection::mapProjectionWithUTMZone(33), std::make_shared<MzUTMZoneProjection>(),
-            std::make_shared<Stretched>()};
+            std::make_shared<Sheared>()};
 }
 
 // --- what each initialiser sets -------------------------------------------
@@ -200,7 +200,7 @@ TEST(MapProjection, MeasuresAnArcSecondInProjectedUnitsByDefault) {
     const double metres = MzEarthDistance(10 - h, 45, 10 + h, 45);
     EXPECT_EQ(MzMapProjection{}.metersPerProjectedUnitForLongitudeLatitude({10, 45}),
               metres / ((10 + h) - (10 - h)));
-    EXPECT_NEAR(Stretched{}.metersPerProjectedUnitForLongitudeLatitude({10, 45}), metres / (8 * h),
+    EXPECT_NEAR(Sheared{}.metersPerProjectedUnitForLongitudeLatitude({10, 45}), metres / (10 * h),
                 1e-4);
 }
 

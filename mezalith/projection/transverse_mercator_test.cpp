@@ -345,6 +345,30 @@ TEST(MeridionalArc, StaysWithinTheDocumentedErrorAndIsUndoneByItsInverse) {
     }
 }
 
+double arcInverseByNewton(double arc) {
+    constexpr double es = 0.0066943799901413165;
+    double phi = arc / semiMajorAxis;
+    for (int i = 0; i < 10; ++i) {
+        const double s = std::sin(phi), t = 1 - es * (s * s);
+        const double delta =
+            (MeridionalArcPROJ4(phi) - arc) * t * std::sqrt(t) * (1 / (1 - es)) / semiMajorAxis;
+        phi = phi - delta;
+        if (std::abs(delta) < 1e-11) return phi;
+    }
+    return phi;
+}
+
+TEST(MeridionalArc, InverseTakesTheVeryStepsOfNewton) {
+    std::mt19937_64 random{seed};
+    std::uniform_real_distribution<double> anywhere{-1e7, 1e7};
+    for (int i = 0; i < 10'000; ++i) {
+        const double arc = anywhere(random);
+        ASSERT_EQ(InverseMeridionalArcPROJ4(arc), arcInverseByNewton(arc)) << arc;
+        // So far out the steps never become small enough.
+        ASSERT_EQ(InverseMeridionalArcPROJ4(arc * 1e6), arcInverseByNewton(arc * 1e6)) << arc;
+    }
+}
+
 TEST(MeridionalArc, InverseEndsForEveryNumber) {
     EXPECT_TRUE(std::isnan(InverseMeridionalArcPROJ4(nan)));
     EXPECT_TRUE(std::isnan(InverseMeridionalArcPROJ4(-infinity)));
