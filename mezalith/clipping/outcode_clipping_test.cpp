@@ -481,7 +481,7 @@ TEST(ClippedCapacity, IsReached) {
 TEST(ClippedCapacity, IsNeverExceeded) {
     Cases cases;
     const auto odd = [&cases] { return cases.oddPoint(); };
-    for (int round = 0; round < 100'000; ++round) {
+    for (int round = 0; round < 30'000; ++round) {
         const MzClippingRegion region = cases.region(odd);
         const Points source = cases.points(odd);
         for (const Kind kind : allKinds) clip(kind, source, region);
@@ -494,7 +494,7 @@ TEST(ClippedCapacity, IsNeverExceeded) {
 TEST(OutcodeClipping, FollowsTheTablesOnAGrid) {
     Cases cases;
     const auto onGrid = [&cases] { return cases.gridPoint(); };
-    for (int round = 0; round < 100'000; ++round) {
+    for (int round = 0; round < 30'000; ++round) {
         const MzClippingRegion region = cases.region(onGrid);
         ASSERT_NO_FATAL_FAILURE(expectSameAsReference(cases.points(onGrid), region, round));
     }
@@ -503,7 +503,7 @@ TEST(OutcodeClipping, FollowsTheTablesOnAGrid) {
 TEST(OutcodeClipping, FollowsTheTablesAnywhere) {
     Cases cases;
     const auto anywhere = [&cases] { return cases.anyPoint(); };
-    for (int round = 0; round < 50'000; ++round) {
+    for (int round = 0; round < 20'000; ++round) {
         const MzClippingRegion region = cases.region(anywhere);
         ASSERT_NO_FATAL_FAILURE(expectSameAsReference(cases.points(anywhere), region, round));
     }
@@ -512,7 +512,7 @@ TEST(OutcodeClipping, FollowsTheTablesAnywhere) {
 TEST(OutcodeClipping, FollowsTheTablesForNumbersThatAreNoLengths) {
     Cases cases;
     const auto odd = [&cases] { return cases.oddPoint(); };
-    for (int round = 0; round < 50'000; ++round) {
+    for (int round = 0; round < 20'000; ++round) {
         const MzClippingRegion region = cases.region(odd);
         const Points source = cases.points(odd);
         for (const Kind kind : allKinds) {
@@ -528,7 +528,7 @@ TEST(OutcodeClipping, LeavesNothingOutsideTheRegion) {
     Cases cases;
     const auto anywhere = [&cases] { return cases.anyPoint(); };
     constexpr double tolerance = 1e-9;  // pixels, for sizes of 1 to 10
-    for (int round = 0; round < 50'000; ++round) {
+    for (int round = 0; round < 20'000; ++round) {
         MzClippingRegion region = cases.region(anywhere);
         region.setClippingRect(MzUnionRect(region.clippingRect(), {{-1, -1}, {2, 2}}));
         const MzAffineTransform& transform = *region.transform();
