@@ -3,6 +3,7 @@
 
 #include <mezalith/export.hpp>
 #include <mezalith/geometry/geometry.hpp>
+#include <mezalith/index/indexable.hpp>
 #include <mezalith/platform/object.hpp>
 #include <mezalith/style/draw_context.hpp>
 
@@ -18,10 +19,10 @@ inline constexpr char MzDrawPropertyKey[] = "drawProperty";
 
 /// The entry points that a map view calls on whatever answers a geometry and a style. All of them
 /// forward to the style; with none they do nothing and answer NO or 0.
-class MEZALITH_EXPORT MzSpatialObjectDrawAdditions : public platform::Object {
+class MEZALITH_EXPORT MzSpatialObjectDrawAdditions : public MzIndexable {
   public:
     /// In longitude and latitude; null draws nothing and is never hit.
-    virtual std::shared_ptr<MzGeometry> geometry() const = 0;
+    std::shared_ptr<MzGeometry> geometry() const override = 0;
     virtual std::shared_ptr<MzStyle> style() const = 0;
 
     /// Does nothing.
