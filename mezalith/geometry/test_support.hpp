@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <mezalith/clipping/clipping_region.hpp>
+#include <mezalith/geometry/affine_transform.hpp>
 #include <mezalith/geometry/records.hpp>
 #include <mezalith/geometry/wkb.hpp>
 
@@ -8,14 +10,18 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <memory>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
-// What the tests of geometries share: WKB put together by hand, records with an owner, files.
+// What the tests of geometries share: WKB put together by hand, records with an owner, clipping
+// regions, files.
 
 namespace mezalith::test {
 
@@ -69,8 +75,8 @@ class WkbWriter {
   private:
     template <typename Word>
     WkbWriter& put(Word word) {
-        const auto* from = reinterpret_cast<const std::byte*>(&word);
-        bytes_.insert(bytes_.end(), from, from + sizeof word);
+        bytes_.resize(bytes_.size() + sizeof word);
+        std::memcpy(bytes_.data() + bytes_.size() - sizeof word, &word, sizeof word);
         return *this;
     }
 
@@ -132,11 +138,20 @@ inline bool sameBits(std::span<const MzPoint> a, std::span<const MzPoint> b) {
     return std::ranges::equal(std::as_bytes(a), std::as_bytes(b));
 }
 
-/// All files that end in .wkb below `folder`, a path in the source tree, by name.
-inline std::vector<std::filesystem::path> wkbFiles(const std::string& folder) {
+/// A region that keeps every vertex in `rect` and doubles the coordinates.
+inline MzClippingRegion doublingRegion(MzRect rect) {
+    auto transform = MzAffineTransform::transform();
+    transform->scaleBy(2);
+    MzClippingRegion region;
+    region.setClippingRect(rect);
+    region.setTransform(std::move(transform));
+    return region;
+}
+
+/// All files in `folder` that end in .wkb, by name.
+inline std::vector<std::filesystem::path> wkbFiles(const std::filesystem::path& folder) {
     std::vector<std::filesystem::path> files;
-    for (const auto& entry :
-         std::filesystem::directory_iterator(std::string(MEZALITH_SOURCE_DIR) + "/" + folder)) {
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
         if (entry.path().extension() == ".wkb") files.push_back(entry.path());
     }
     std::ranges::sort(files);
