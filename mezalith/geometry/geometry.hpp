@@ -8,6 +8,7 @@
 #include <mezalith/platform/object.hpp>
 #include <mezalith/projection/map_projection.hpp>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -33,7 +34,9 @@ class MEZALITH_EXPORT MzGeometry : public platform::Object {
     using Leaves = std::vector<std::shared_ptr<MzTreeLeafNode>>;
     using ProjectedGeometries =
         std::map<std::shared_ptr<MzMapProjection>, std::shared_ptr<MzGeometry>>;
-    using ClippedGeometries = std::map<const platform::Object*, std::shared_ptr<MzGeometry>>;
+    /// By the identity of any object.
+    using ClippedGeometries =
+        std::map<std::shared_ptr<platform::Object>, std::shared_ptr<MzGeometry>>;
 
     MzGeometry();
     ~MzGeometry() override;
@@ -46,6 +49,8 @@ class MEZALITH_EXPORT MzGeometry : public platform::Object {
     static std::shared_ptr<MzGeometry> geometryWithWKBData(std::span<const std::byte> bytes);
     /// The same, keeping the caller's buffer instead of a copy; null answers null.
     static std::shared_ptr<MzGeometry> geometryWithWKBData(MzData bytes);
+    /// An abstract geometry with a zero-filled block of `bytes` (at least 16).
+    static std::shared_ptr<MzGeometry> initWithCapacity(std::size_t bytes);
 
     virtual std::uint32_t geometryType() const { return 0; }
     virtual int dimension() const { return 0; }
@@ -59,10 +64,12 @@ class MEZALITH_EXPORT MzGeometry : public platform::Object {
     MzData wkbData();
     MzData asBinary() { return wkbData(); }
 
-    /// One leaf per piece, with the geometry as its object; none when there are no points.
+    /// One leaf per piece that has points, with the geometry as its object and the bounding
+    /// rectangle of the piece; none in the base class.
     const Leaves& leafNodes();
     /// The copy in `projection`'s plane, made once per projection object; null for a null
-    /// projection, and always null in the base class.
+    /// projection. The base class only answers what `projectedGeometries` holds.
+    /// Settled: the copies outlive every setter.
     virtual std::shared_ptr<MzGeometry> geometryWithProjection(
         const std::shared_ptr<MzMapProjection>& projection);
     /// Whether the geometry can touch `rect`, judged by the bounds of its leaves.
@@ -98,21 +105,51 @@ class MEZALITH_EXPORT MzGeometry : public platform::Object {
     std::span<const std::byte> geometryData() const { return geometryData_; }
 
   protected:
-    /// Makes the zero-filled block of at least 16 bytes and points the record field at it.
-    void allocateBlock(std::size_t bytes);
-    /// Points the class's record at the block's start.
-    virtual void linkRecord() {}
+    /// A `Geometry` made from WKB of its own type; null unless the bytes hold all of it.
+    template <typename Geometry>
+    static std::shared_ptr<Geometry> madeFromWKB(MzData bytes) {
+        auto geometry = std::make_shared<Geometry>();
+        return geometry->readWKB(std::move(bytes)) ? geometry : nullptr;
+    }
+    /// A `Geometry` with a zero-filled block of `bytes`, at least 16.
+    template <typename Geometry>
+    static std::shared_ptr<Geometry> madeWithCapacity(std::size_t bytes) {
+        auto geometry = std::make_shared<Geometry>();
+        geometry->setBlock(std::vector<std::byte>(std::max(bytes, kLeastBlock)));
+        return geometry;
+    }
+
+    /// Makes `block`, a record with its arrays and at least 16 bytes, the geometry's own. What the
+    /// old block held may be used until then.
+    void setBlock(std::vector<std::byte> block);
+    /// The record at the block's start.
+    template <typename Record>
+    Record* record() {
+        return reinterpret_cast<Record*>(geometryData_.data());
+    }
+    /// Points the class's record field at the new block and drops what was derived from the old
+    /// one. The projected copies stay.
+    virtual void blockDidChange();
     /// The class's leaves, asked when none are cached.
     virtual Leaves makeLeafNodes();
+    /// A leaf of this geometry.
+    std::shared_ptr<MzTreeLeafNode> leafWithBounds(MzRect bounds);
+    /// Whether some leaf's bounds hold the point (half-open).
+    bool leavesHold(MzPoint point);
+    /// A fresh copy in the projection's plane; null in the base class.
+    virtual std::shared_ptr<MzGeometry> makeProjected(const MzMapProjection& projection) const;
     /// The class's encoding for `wkbData`; null where there is none.
-    virtual MzData encodeWKB() { return nullptr; }
-    /// Drops what depends on the coordinates; the projected copies stay.
-    virtual void coordinatesDidChange();
-
-    std::vector<std::byte> geometryData_;
-    MzData wkbData_;
+    virtual MzData encodeWKB() const;
+    /// The counted bytes of an encoder's buffer, which is freed; null for null.
+    static MzData takeEncoding(std::byte* buffer, std::uint64_t length);
 
   private:
+    static constexpr std::size_t kLeastBlock = 16;
+
+    bool readWKB(MzData bytes);
+
+    MzData wkbData_;
+    std::vector<std::byte> geometryData_;
     Leaves leafNodes_;
     ProjectedGeometries projectedGeometries_;
     ClippedGeometries clippedGeometries_;

@@ -32,8 +32,9 @@ class MEZALITH_EXPORT MzLineStringGeometry : public MzGeometry {
         const std::shared_ptr<MzMapProjection>& projection) override;
 
   protected:
-    void linkRecord() override;
+    void blockDidChange() override;
     Leaves makeLeafNodes() override;
+    std::shared_ptr<MzGeometry> makeProjected(const MzMapProjection& projection) const override;
 
   private:
     MzLineString* aLineString_ = nullptr;

@@ -19,6 +19,7 @@ class MEZALITH_EXPORT MzMultiPointGeometry : public MzGeometry {
     static std::shared_ptr<MzMultiPointGeometry> initWithMultiPointPtr(
         const MzMultiPoint* multiPoint);
     static std::shared_ptr<MzMultiPointGeometry> geometryWithMultiPoint(MzMultiPoint multiPoint);
+    /// Null for a null pointer.
     static std::shared_ptr<MzMultiPointGeometry> geometryWithMultiPointPtr(
         const MzMultiPoint* multiPoint);
 
@@ -28,19 +29,16 @@ class MEZALITH_EXPORT MzMultiPointGeometry : public MzGeometry {
     /// Copies the record; a null array counts as empty.
     void setMultiPointGeometry(MzMultiPoint multiPoint);
 
-    std::shared_ptr<MzGeometry> geometryWithProjection(
-        const std::shared_ptr<MzMapProjection>& projection) override;
-
     /// The points inside the region, in view points.
     const MzMultiPoint* clippedMultiPointWithRegion(const MzClippingRegion* region);
     /// The points as one polyline, clipped, in view points; independent of the record above.
     const MzLineString* clippedLineStringWithRegion(const MzClippingRegion* region);
 
   protected:
-    void linkRecord() override;
+    void blockDidChange() override;
     Leaves makeLeafNodes() override;
-    MzData encodeWKB() override;
-    void coordinatesDidChange() override;
+    std::shared_ptr<MzGeometry> makeProjected(const MzMapProjection& projection) const override;
+    MzData encodeWKB() const override;
 
     MzMultiPoint* aMultiPoint_ = nullptr;
 

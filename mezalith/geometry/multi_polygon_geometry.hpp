@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <mezalith/geometry/clipped_rings.hpp>
 #include <mezalith/geometry/geometry.hpp>
 
 namespace mezalith {
@@ -28,9 +29,6 @@ class MEZALITH_EXPORT MzMultiPolygonGeometry : public MzGeometry {
     /// Copies the record; null arrays count as empty.
     void setMultiPolygonGeometry(MzMultiPolygon polygons);
 
-    std::shared_ptr<MzGeometry> geometryWithProjection(
-        const std::shared_ptr<MzMapProjection>& projection) override;
-
     /// For a point: by the bounds of the leaves, then by `crossingTest` on each member; NO for
     /// anything else.
     bool contains(MzGeometry* other) override;
@@ -39,15 +37,14 @@ class MEZALITH_EXPORT MzMultiPolygonGeometry : public MzGeometry {
     const MzMultiPolygon* clippedMultiPolygonWithRegion(const MzClippingRegion* region);
 
   protected:
-    void linkRecord() override;
+    void blockDidChange() override;
     Leaves makeLeafNodes() override;
-    MzData encodeWKB() override;
-    void coordinatesDidChange() override;
+    std::shared_ptr<MzGeometry> makeProjected(const MzMapProjection& projection) const override;
+    MzData encodeWKB() const override;
 
   private:
     MzMultiPolygon* aMultiPolygon_ = nullptr;
-    std::vector<MzPoint> clippedPoints_;
-    std::vector<MzLinearRing> clippedRings_;
+    detail::ClippedRings clippedRings_;
     std::vector<MzPolygon> clippedPolygons_;
     MzMultiPolygon clippedMultiPolgon_{};
 };

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <mezalith/geometry/clipped_rings.hpp>
 #include <mezalith/geometry/geometry.hpp>
-#include <mezalith/geometry/polygon_functions.hpp>
 
 #include <array>
 #include <optional>
@@ -26,6 +26,7 @@ class MEZALITH_EXPORT MzPolygonGeometry : public MzGeometry {
     /// Null for a null pointer.
     static std::shared_ptr<MzPolygonGeometry> initWithPolygonPtr(const MzPolygon* polygon);
     static std::shared_ptr<MzPolygonGeometry> geometryWithPolygon(MzPolygon polygon);
+    /// Null for a null pointer.
     static std::shared_ptr<MzPolygonGeometry> geometryWithPolygonPtr(const MzPolygon* polygon);
 
     std::uint32_t geometryType() const override { return 3; }
@@ -35,7 +36,7 @@ class MEZALITH_EXPORT MzPolygonGeometry : public MzGeometry {
     /// Copies the record; null arrays count as empty.
     void setPolygonGeometry(MzPolygon polygon);
 
-    /// Settled: one slot, told apart by SRID only, and not cleared by the setter.
+    /// Settled: one slot instead of a map, told apart by SRID only, and not cleared by the setter.
     std::shared_ptr<MzGeometry> geometryWithProjection(
         const std::shared_ptr<MzMapProjection>& projection) override;
 
@@ -54,17 +55,16 @@ class MEZALITH_EXPORT MzPolygonGeometry : public MzGeometry {
     const MzPolygon* clippedPolygonWithRegion(const MzClippingRegion* region);
 
   protected:
-    void linkRecord() override;
+    void blockDidChange() override;
     Leaves makeLeafNodes() override;
-    void coordinatesDidChange() override;
+    std::shared_ptr<MzGeometry> makeProjected(const MzMapProjection& projection) const override;
 
   private:
     MzPolygon* aPolygon_ = nullptr;
-    std::vector<MzPoint> clippedPoints_;
-    std::vector<MzLinearRing> clippedRings_;
+    detail::ClippedRings clippedRings_;
     MzPolygon clippedPolygon_{};
     std::optional<MzPoint> centroid_;
-    std::shared_ptr<MzPolygonGeometry> transformedPolygon_;
+    std::shared_ptr<MzGeometry> transformedPolygon_;
     std::int64_t transformedPolygonSRID_ = 0;
     TransformedBounds transformedBounds_{};
 };
