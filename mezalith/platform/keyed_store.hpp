@@ -34,6 +34,7 @@ class KeyedStore final : public platform::KeyedArchiver, public platform::KeyedU
             "bool",   "int",    "float",   "double", "bytes",
             "string", "number", "doubles", "object", "objects"};
         std::vector<std::string> lines;
+        lines.reserve(entries_.size());
         for (const auto& [key, value] : entries_)
             lines.push_back(kTypes[value.index()] + (" " + key));
         return lines;

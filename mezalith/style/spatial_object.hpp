@@ -7,6 +7,7 @@
 #include <mezalith/platform/object.hpp>
 #include <mezalith/style/draw_context.hpp>
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -50,7 +51,9 @@ class MEZALITH_EXPORT MzSpatialObject : public MzSpatialObjectDrawAdditions {
     virtual const platform::Dictionary& propertiesByName() const = 0;
     virtual bool allowsInteraction() const = 0;
     /// For hosts that keep simplified geometries; the library never asks. `geometry` by default.
-    virtual std::shared_ptr<MzGeometry> geometryForResolution(double resolution) const;
+    virtual std::shared_ptr<MzGeometry> geometryForResolution(double /*resolution*/) const {
+        return geometry();
+    }
 };
 
 }  // namespace mezalith

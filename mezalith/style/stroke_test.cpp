@@ -87,6 +87,7 @@ TEST(Stroke, IsSolidWithACountOfZeroOrWithoutAPattern) {
     EXPECT_EQ(applied(withoutCount, 1).back(), "setLineDash 0 solid");
     MzStroke withoutPattern = dashedStroke({});
     withoutPattern.lineDashCount = 4;
+    withoutPattern.lineDashOffset = 3;
     EXPECT_EQ(applied(withoutPattern, 1).back(), "setLineDash 0 solid");
 }
 
@@ -173,8 +174,10 @@ TEST(Stroke, WritesThePatternAsNativeDoubles) {
     EXPECT_EQ(entries[1], 1);
 }
 
-TEST(Stroke, WritesOnlyTheEntriesThatAreThere) {
+TEST(Stroke, WritesTheEntriesThatAreCountedAndThere) {
     MzStroke stroke = dashedStroke({4, 1});
+    stroke.lineDashCount = 1;
+    EXPECT_EQ(archived(stroke).decodeBytes("lineDash").size(), 8U);
     stroke.lineDashCount = 1'000'000'000'000;
     EXPECT_EQ(archived(stroke).decodeBytes("lineDash").size(), 16U);
 }
