@@ -64,7 +64,7 @@ class MEZALITH_EXPORT MzLineSymbolizer : public MzStrokedSymbolizer {
     bool hasEqualProperties(const MzSymbolizer& other) const override;
 
   private:
-    explicit MzLineSymbolizer(const platform::KeyedUnarchiver& coder);
+    void decodeWithCoder(const platform::KeyedUnarchiver& coder);
 
     std::shared_ptr<const platform::Color> strokeColor_;
     float strokeOpacity_ = 1.0F;
