@@ -64,7 +64,7 @@ class MEZALITH_EXPORT MzPolygonSymbolizer : public MzStrokedSymbolizer {
     bool hasEqualProperties(const MzSymbolizer& other) const override;
 
   private:
-    explicit MzPolygonSymbolizer(const platform::KeyedUnarchiver& coder);
+    void decodeWithCoder(const platform::KeyedUnarchiver& coder);
 
     bool shouldFill_ = false;
     bool shouldStroke_ = true;
