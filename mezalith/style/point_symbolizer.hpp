@@ -82,7 +82,8 @@ class MEZALITH_EXPORT MzPointSymbolizer : public MzStrokedSymbolizer, private pl
     /// Settled: without the shadow, which is the default one, switched off.
     std::shared_ptr<MzPointSymbolizer> copy() const;
 
-    /// Everything but the dash pattern and the shadow is compared; NO for null.
+    /// Compares everything but the dash pattern and the shadow, opacities as the alpha of their
+    /// colours; NO for null.
     bool isEqualToPointSymbolizer(const MzPointSymbolizer* other) const;
 
     void drawSpatialObject(MzSpatialObjectDrawAdditions* object, MzDrawContext* context,
@@ -123,10 +124,8 @@ class MEZALITH_EXPORT MzPointSymbolizer : public MzStrokedSymbolizer, private pl
     bool hasEqualProperties(const MzSymbolizer& other) const override;
 
   private:
-    explicit MzPointSymbolizer(const platform::KeyedUnarchiver& coder);
-
-    /// Watches its own draw properties: each change drops the layer.
-    void observeOwnProperties();
+    void decodeWithCoder(const platform::KeyedUnarchiver& coder);
+    /// A draw property of its own changed: drops the layer.
     void observeValueForKey(const std::string& key, platform::Observable* object,
                             const platform::Change& change, std::int64_t context) override;
 

@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <mezalith/geometry/line_string_geometry.hpp>
+#include <mezalith/style/line_symbolizer.hpp>
+#include <mezalith/style/point_symbolizer.hpp>
+#include <mezalith/style/polygon_symbolizer.hpp>
 #include <mezalith/style/symbolizer.hpp>
 #include <mezalith/style/testing.hpp>
 
@@ -63,6 +66,12 @@ TEST(Symbolizer, DrawsNothingAndIsNeverHit) {
     symbolizer.didRemoveFromContext(nullptr, nullptr);
 }
 
+TEST(Symbolizer, HasFixedTypeCodes) {
+    EXPECT_EQ(MzPointSymbolizer().symbolizerType(), 0U);
+    EXPECT_EQ(MzLineSymbolizer().symbolizerType(), 1U);
+    EXPECT_EQ(MzPolygonSymbolizer().symbolizerType(), 2U);
+}
+
 TEST(Symbolizer, CopiesToItsOwnClass) {
     Custom custom(5);
     custom.set("a", 7);
@@ -75,6 +84,49 @@ TEST(Symbolizer, CopiesToItsOwnClass) {
 }
 
 // --- equality
+
+TEST(Symbolizer, IsEqualToItselfWhateverItsClassSays) {
+    const MzSymbolizer base;
+    EXPECT_TRUE(base.isEqualToSymbolizer(&base));
+    MzLineSymbolizer line;
+    line.setStrokeColor(nullptr);
+    EXPECT_FALSE(line.isEqualToLineSymbolizer(&line));
+    EXPECT_TRUE(line.isEqualToSymbolizer(&line));
+}
+
+TEST(Symbolizer, IsUnequalToNothingAndToAnotherType) {
+    const MzLineSymbolizer line;
+    const MzPolygonSymbolizer polygon;
+    EXPECT_FALSE(line.isEqualToSymbolizer(nullptr));
+    EXPECT_FALSE(line.isEqualToSymbolizer(&polygon));
+    EXPECT_FALSE(polygon.isEqualToSymbolizer(&line));
+    const Custom one(1);
+    const Custom two(2);
+    EXPECT_FALSE(one.isEqualToSymbolizer(&two));
+}
+
+TEST(Symbolizer, ComparesByTheClassForItsType) {
+    const MzPointSymbolizer point;
+    const MzLineSymbolizer line;
+    const MzPolygonSymbolizer polygon;
+    EXPECT_TRUE(point.isEqualToSymbolizer(point.copy().get()));
+    EXPECT_TRUE(line.isEqualToSymbolizer(line.copy().get()));
+    EXPECT_TRUE(polygon.isEqualToSymbolizer(polygon.copy().get()));
+    const auto wider = line.copy();
+    wider->setStrokeWidth(3);
+    EXPECT_FALSE(line.isEqualToSymbolizer(wider.get()));
+}
+
+TEST(Symbolizer, IsUnequalToAnotherClassOfTheSameType) {
+    const MzSymbolizer base;
+    const MzSymbolizer otherBase;
+    const MzPointSymbolizer point;
+    const Custom custom(1);
+    EXPECT_FALSE(base.isEqualToSymbolizer(&otherBase));
+    EXPECT_FALSE(base.isEqualToSymbolizer(&point));
+    EXPECT_FALSE(point.isEqualToSymbolizer(&base));
+    EXPECT_FALSE(MzLineSymbolizer().isEqualToSymbolizer(&custom));
+}
 
 TEST(Symbolizer, ComparesNoTypesBeyondTwo) {
     EXPECT_TRUE(Custom(2).isEqualToSymbolizer(std::make_shared<Custom>(2).get()));
