@@ -1,0 +1,171 @@
+// SPDX-License-Identifier: MIT
+#include <mezalith/style/line_symbolizer.hpp>
+#include <mezalith/style/point_symbolizer.hpp>
+#include <mezalith/style/polygon_symbolizer.hpp>
+#include <mezalith/style/style.hpp>
+
+#include <algorithm>
+#include <ranges>
+#include <typeinfo>
+
+namespace mezalith {
+
+namespace {
+
+constexpr std::string_view kRulesKey = "rules";
+constexpr std::int64_t kRuleContext = 6848;
+
+std::shared_ptr<MzSymbolizer> defaultSymbolizer(std::uint32_t geometryType) {
+    switch (geometryType) {
+        case 1:
+        case 4:
+            return std::make_shared<MzPointSymbolizer>();
+        case 2:
+            return std::make_shared<MzLineSymbolizer>();
+        case 3:
+        case 6:
+            return std::make_shared<MzPolygonSymbolizer>();
+        default:
+            return nullptr;
+    }
+}
+
+/// One pass over a style's rules for one feature.
+class Pass {
+  public:
+    Pass(const MzSpatialObjectDrawAdditions* object, const MzDrawContext* context, bool selected)
+        : object_(object), context_(context), selected_(selected) {}
+
+    /// Calls `use` with each symbolizer of the rules that apply, last rule and last symbolizer
+    /// first, until one answers YES. Whether one did.
+    template <typename Use>
+    bool anyOf(const MzStyle::Rules& rules, Use use) {
+        if (object_ == nullptr || context_ == nullptr) return false;
+        for (const auto& rule : rules | std::views::reverse) {
+            if (!admits(*rule)) continue;
+            applied_ = true;
+            if (std::ranges::any_of(rule->symbolizers() | std::views::reverse, use)) return true;
+        }
+        return false;
+    }
+
+  private:
+    bool admits(const MzRule& rule) const {
+        return admitsScale(rule) && admitsSelection(rule.selectionFilter()) && admitsObject(rule);
+    }
+
+    bool admitsScale(const MzRule& rule) const {
+        const std::optional<double> min = rule.minScaleDenominator();
+        const std::optional<double> max = rule.maxScaleDenominator();
+        return (!min || context_->scaleDenominator() > *min) &&
+               (!max || *max > context_->scaleDenominator());
+    }
+
+    bool admitsSelection(std::int32_t filter) const {
+        return filter == 0 || filter == (selected_ ? 1 : 2);
+    }
+
+    bool admitsObject(const MzRule& rule) const {
+        switch (rule.filterType()) {
+            case 0:
+                return true;
+            case 1:
+                return !rule.filter() || rule.filter()->evaluateWithObject(object_);
+            case 2:
+                return !applied_;
+            default:
+                return false;
+        }
+    }
+
+    const MzSpatialObjectDrawAdditions* object_;
+    const MzDrawContext* context_;
+    bool selected_;
+    bool applied_ = false;
+};
+
+}  // namespace
+
+MzStyle::MzStyle() : MzStyleElement("", kRulesKey, kRuleContext) {}
+
+MzStyle::~MzStyle() = default;
+
+std::shared_ptr<MzStyle> MzStyle::initForGeometry(const MzGeometry* geometry) {
+    const auto rule = std::make_shared<MzRule>();
+    rule->addSymbolizer(defaultSymbolizer(geometry != nullptr ? geometry->geometryType() : 0));
+    auto style = std::make_shared<MzStyle>();
+    style->addRule(rule);
+    return style;
+}
+
+void MzStyle::drawSpatialObject(MzSpatialObjectDrawAdditions* object, MzDrawContext* context,
+                                bool selected) {
+    Pass(object, context, selected).anyOf(rules(), [&](const auto& symbolizer) {
+        symbolizer->drawSpatialObject(object, context, selected);
+        return false;
+    });
+}
+
+bool MzStyle::isSpatialObject(MzSpatialObjectDrawAdditions* object, MzPoint point,
+                              MzDrawContext* context, bool selected) {
+    return Pass(object, context, selected).anyOf(rules(), [&](const auto& symbolizer) {
+        return symbolizer->isSpatialObject(object, point, context, selected);
+    });
+}
+
+void MzStyle::didRemoveFromContext(MzDrawContext* context, MzSpatialObjectDrawAdditions* object) {
+    for (const auto& rule : rules()) {
+        for (const auto& symbolizer : rule->symbolizers()) {
+            symbolizer->didRemoveFromContext(context, object);
+        }
+    }
+}
+
+std::uint32_t MzStyle::spatialObjectEventOptions() const { return 0; }
+
+void MzStyle::mouseDown(const platform::Event&, MzPoint, MzSpatialObjectDrawAdditions*,
+                        MzDrawContext*) {}
+void MzStyle::mouseUp(const platform::Event&, MzPoint, MzSpatialObjectDrawAdditions*,
+                      MzDrawContext*) {}
+void MzStyle::mouseDragged(const platform::Event&, MzPoint, MzSpatialObjectDrawAdditions*,
+                           MzDrawContext*) {}
+void MzStyle::mouseEntered(const platform::Event&, MzPoint, MzSpatialObjectDrawAdditions*,
+                           MzDrawContext*) {}
+void MzStyle::mouseExited(const platform::Event&, MzPoint, MzSpatialObjectDrawAdditions*,
+                          MzDrawContext*) {}
+void MzStyle::mouseMoved(const platform::Event&, MzPoint, MzSpatialObjectDrawAdditions*,
+                         MzDrawContext*) {}
+
+std::shared_ptr<MzStyle> MzStyle::newInstance() const { return std::make_shared<MzStyle>(); }
+
+std::shared_ptr<MzStyle> MzStyle::copy() const {
+    std::shared_ptr<MzStyle> copy = newInstance();
+    copyElementTo(*copy);
+    return copy;
+}
+
+bool MzStyle::isEqualToStyle(const MzStyle* other) const {
+    if (other == this) return true;
+    return other != nullptr && typeid(*other) == typeid(*this) && isEqualToElement(*other);
+}
+
+bool MzStyle::isStructurallyEqualToStyle(const MzStyle* other) const {
+    if (other == this) return true;
+    if (other == nullptr || typeid(*other) != typeid(*this)) return false;
+    return std::ranges::equal(rules(), other->rules(), [](const auto& mine, const auto& theirs) {
+        return mine->isStructurallyEqualToRule(theirs.get());
+    });
+}
+
+void MzStyle::encodeWithCoder(platform::KeyedArchiver& coder) const {
+    encodeTexts(coder);
+    encodeMembers(coder);
+}
+
+std::shared_ptr<MzStyle> MzStyle::initWithCoder(const platform::KeyedUnarchiver& coder) {
+    auto style = std::make_shared<MzStyle>();
+    style->decodeTexts(coder);
+    return style->decodeMembers(coder) ? style : nullptr;
+}
+
+}  // namespace mezalith
