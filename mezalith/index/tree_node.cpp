@@ -30,7 +30,8 @@ std::shared_ptr<MzTreeNode> MzTreeLeafNode::copyNode() const {
 }
 
 MzTreeInternalNode::~MzTreeInternalNode() {
-    // A node about to go hands over its children first, so that its own destructor finds none.
+    // A node about to go hands over its children first, so that its own destructor finds only
+    // nulls.
     Nodes pending = std::move(nodes_);
     while (!pending.empty()) {
         const auto node = std::move(pending.back());
@@ -39,7 +40,6 @@ MzTreeInternalNode::~MzTreeInternalNode() {
         if (auto* inner = dynamic_cast<MzTreeInternalNode*>(node.get())) {
             pending.insert(pending.end(), std::move_iterator(inner->nodes_.begin()),
                            std::move_iterator(inner->nodes_.end()));
-            inner->nodes_.clear();
         }
     }
 }

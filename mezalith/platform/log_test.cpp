@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <mezalith/platform/log.hpp>
 
+#include <atomic>
 #include <string>
 #include <thread>
 #include <utility>
@@ -68,7 +69,15 @@ TEST_F(Log, LetsASinkReplaceItself) {
     EXPECT_EQ(lines_, std::vector<std::string>{kept});
 }
 
-TEST_F(Log, KeepsLinesOfSeveralThreadsWhole) {
+TEST_F(Log, TakesOneLineAtATimeFromSeveralThreads) {
+    std::atomic<int> inside = 0;
+    std::atomic<bool> together = false;
+    LogSink mine = setLogSink([&](std::string_view line) {
+        if (++inside > 1) together = true;
+        std::this_thread::yield();
+        lines_.emplace_back(line);
+        --inside;
+    });
     std::vector<std::thread> threads;
     threads.reserve(4);
     for (int i = 0; i < 4; ++i) {
@@ -77,6 +86,8 @@ TEST_F(Log, KeepsLinesOfSeveralThreadsWhole) {
         });
     }
     for (auto& thread : threads) thread.join();
+    setLogSink(std::move(mine));
+    EXPECT_FALSE(together);
     EXPECT_EQ(lines_, std::vector<std::string>(1000, "a whole line"));
 }
 
