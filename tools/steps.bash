@@ -3,6 +3,9 @@
 
 mkdir -p build/log build/passed
 
+# What one checkout compiled, the next one finds, wherever it stands.
+export CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=1
+
 # step <name> <command>...
 step() {
     local name=$1 log=build/log/${1//[ \/]/-}.log start=$SECONDS
