@@ -70,8 +70,8 @@ Points walk(std::int64_t size) {
     return points;
 }
 
-void drawInto(platform::GraphicsPort& port, MzSymbolizer& symbolizer, TestFeature& feature,
-              TestDrawContext& context, benchmark::State& state) {
+void drawAgain(platform::GraphicsPort& port, MzSymbolizer& symbolizer, TestFeature& feature,
+               TestDrawContext& context, benchmark::State& state) {
     const platform::GraphicsContext current(&port);
     for ([[maybe_unused]] auto _ : state) symbolizer.drawSpatialObject(&feature, &context, false);
     state.SetItemsProcessed(state.iterations() * state.range(0));
@@ -95,7 +95,7 @@ void BM_LineSymbolizerPolyline(benchmark::State& state) {
     MzLineSymbolizer line;
     TestDrawContext context;
     TestFeature feature(testing::multiPoint(walk(state.range(0))));
-    drawInto(port, line, feature, context, state);
+    drawAgain(port, line, feature, context, state);
 }
 BENCHMARK(BM_LineSymbolizerPolyline)->Arg(1'000)->Arg(10'000)->Arg(100'000);
 
@@ -104,7 +104,7 @@ void BM_LineSymbolizerPolygon(benchmark::State& state) {
     MzLineSymbolizer line;
     TestDrawContext context;
     TestFeature feature(testing::polygon({walk(state.range(0))}, context));
-    drawInto(port, line, feature, context, state);
+    drawAgain(port, line, feature, context, state);
 }
 BENCHMARK(BM_LineSymbolizerPolygon)->Arg(1'000)->Arg(10'000)->Arg(100'000);
 
@@ -114,7 +114,7 @@ void BM_PolygonSymbolizerPolygon(benchmark::State& state) {
     polygon.setShouldFill(true);
     TestDrawContext context;
     TestFeature feature(testing::polygon({walk(state.range(0))}, context));
-    drawInto(port, polygon, feature, context, state);
+    drawAgain(port, polygon, feature, context, state);
 }
 BENCHMARK(BM_PolygonSymbolizerPolygon)->Arg(1'000)->Arg(10'000)->Arg(100'000);
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <mezalith/geometry/line_string_geometry.hpp>
+#include <mezalith/platform/cairo/cairo_port.hpp>
 #include <mezalith/platform/keyed_store.hpp>
 #include <mezalith/style/point_symbolizer.hpp>
 #include <mezalith/style/testing.hpp>
@@ -164,6 +165,21 @@ TEST(PointSymbolizer, DrawsTheMarkerIntoALayerAndStampsIt) {
                      "layer 1: addEllipseInRect -4 -4 8 8", "layer 1: drawPath 4",
                      "layer 1: restoreState", "saveState", "setShadowWithColor 0 0 0 none",
                      "translate 95.5 195.5", "drawLayerAtPoint 1 0 0", "restoreState"}));
+}
+
+TEST(PointSymbolizer, PaintsTheMarkerAroundItsPoint) {
+    MzPointSymbolizer point;
+    point.setShouldStroke(false);
+    point.setSymbolType(0);
+    point.setSymbolSize(4);
+    TestDrawContext context;
+    const auto port = platform::CairoPort::pixelPort({20, 20});
+    testing::drawInto(*port, point, MzPointGeometry::initWithPoint({14.5, 5.5}), context);
+    EXPECT_EQ(port->pixelRow(14)[14], 0xFF00FFFFU);
+    EXPECT_EQ(port->pixelRow(14)[11], 0U);
+    EXPECT_EQ(port->pixelRow(14)[17], 0U);
+    EXPECT_EQ(port->pixelRow(11)[14], 0U);
+    EXPECT_EQ(port->pixelRow(17)[14], 0U);
 }
 
 TEST(PointSymbolizer, StampsTheLayerItHas) {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <mezalith/geometry/line_string_geometry.hpp>
+#include <mezalith/platform/cairo/cairo_port.hpp>
 #include <mezalith/platform/keyed_store.hpp>
 #include <mezalith/style/polygon_symbolizer.hpp>
 #include <mezalith/style/testing.hpp>
@@ -100,6 +101,22 @@ TEST(PolygonSymbolizer, KeepsHolesOpenWhateverTheirDirection) {
         EXPECT_EQ(only("beginPath", lines).size(), 1U);
         EXPECT_EQ(only("closeSubpath", lines).size(), 2U);
         EXPECT_EQ(only("drawPath", lines), Lines{"drawPath 1"});
+        std::ranges::reverse(hole);
+    }
+}
+
+TEST(PolygonSymbolizer, PaintsNothingInsideAHole) {
+    MzPolygonSymbolizer polygon;
+    polygon.setShouldFill(true);
+    polygon.setShouldStroke(false);
+    TestDrawContext context;
+    const testing::Points outer{{0, 0}, {9, 0}, {9, 9}, {0, 9}};
+    testing::Points hole{{3, 3}, {6, 3}, {6, 6}, {3, 6}};
+    for (int direction = 0; direction < 2; ++direction) {
+        const auto port = platform::CairoPort::pixelPort({9, 9});
+        testing::drawInto(*port, polygon, testing::polygon({outer, hole}, context), context);
+        EXPECT_EQ(port->pixelRow(4)[1], 0xFF00FFFFU);
+        EXPECT_EQ(port->pixelRow(4)[4], 0U);
         std::ranges::reverse(hole);
     }
 }

@@ -115,13 +115,19 @@ inline std::shared_ptr<MzMultiPolygonGeometry> multiPolygon(std::vector<Rings> p
         {static_cast<std::uint32_t>(records.size()), records.data()});
 }
 
+inline void drawInto(platform::GraphicsPort& port, MzSymbolizer& symbolizer,
+                     std::shared_ptr<MzGeometry> geometry, TestDrawContext& context,
+                     bool selected = false) {
+    TestFeature feature(std::move(geometry));
+    const platform::GraphicsContext current(&port);
+    symbolizer.drawSpatialObject(&feature, &context, selected);
+}
+
 /// What the symbolizer does on a fresh port.
 inline Lines drawn(MzSymbolizer& symbolizer, std::shared_ptr<MzGeometry> geometry,
                    TestDrawContext& context, bool selected = false) {
-    TestFeature feature(std::move(geometry));
     platform::RecordingPort port;
-    const platform::GraphicsContext current(&port);
-    symbolizer.drawSpatialObject(&feature, &context, selected);
+    drawInto(port, symbolizer, std::move(geometry), context, selected);
     return port.lines();
 }
 
