@@ -87,6 +87,14 @@ function(mezalith_test name)
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR})
   target_link_libraries(${name} PRIVATE
     ${arg_LINKS} mezalith_options ${RAPIDCHECK_LIBRARY} GTest::gtest_main)
-  target_compile_definitions(${name} PRIVATE MEZALITH_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+  # Only tests that ask are told where the sources are, so that the others, once compiled, serve
+  # every checkout.
+  foreach(source IN LISTS arg_SOURCES)
+    file(STRINGS ${source} asks REGEX MEZALITH_SOURCE_DIR LIMIT_COUNT 1)
+    if(asks)
+      set_property(SOURCE ${source} APPEND PROPERTY
+        COMPILE_DEFINITIONS MEZALITH_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+    endif()
+  endforeach()
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST)
 endfunction()
