@@ -49,9 +49,9 @@ class PackedArrays {
     std::byte* next_;
 };
 
-/// A packed copy of the record, in a block of the size that its `sizeOf...` function says: that of
-/// a multi-polygon ends in 16 spare bytes a member. Null arrays count as empty: their counts become
-/// 0.
+/// A packed copy of the record, in which null arrays are empty and their counts 0. The block has
+/// the size that the copy's `sizeOf...` function says: that of a multi-polygon ends in 16 spare
+/// bytes a member.
 MEZALITH_EXPORT Block packedCopy(const MzLineString& line);
 MEZALITH_EXPORT Block packedCopy(const MzMultiPoint& points);
 MEZALITH_EXPORT Block packedCopy(const MzPolygon& polygon);

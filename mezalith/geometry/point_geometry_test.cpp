@@ -107,7 +107,9 @@ TEST(PointGeometry, IsClippedByTheHalfOpenRectangle) {
     EXPECT_TRUE(MzEqualPoints(*clipped, {0, 8}));
     EXPECT_EQ(inside->x(), 0);
     EXPECT_EQ(inside->y(), 4);
+    EXPECT_NE(MzPointGeometry::initWithPoint({4, 0})->clippedPointWithRegion(&region), nullptr);
     EXPECT_EQ(MzPointGeometry::initWithPoint({10, 4})->clippedPointWithRegion(&region), nullptr);
+    EXPECT_EQ(MzPointGeometry::initWithPoint({4, 10})->clippedPointWithRegion(&region), nullptr);
     EXPECT_EQ(inside->clippedPointWithRegion(nullptr), nullptr);
 }
 

@@ -42,6 +42,8 @@ TEST(CrossingTest, KeepsTheMixedTermOfTheIntercept) {
     EXPECT_FALSE(inside({{{0, 0}, {5, 0}, {3, 4}, {0, 0}}}, 4, 2));
     // From (8, 0) to (3, 4) past (4, 1): 3 - (8 - 3)(3 - 1)/(0 - 4) = 5.5, which counts.
     EXPECT_TRUE(inside({{{0, 0}, {8, 0}, {3, 4}, {0, 0}}}, 4, 1));
+    EXPECT_TRUE(inside({{{0, 0}, {8, 0}, {3, 4}, {0, 0}}}, 5.5, 1));
+    EXPECT_FALSE(inside({{{0, 0}, {8, 0}, {3, 4}, {0, 0}}}, 5.75, 1));
 }
 
 TEST(CrossingTest, TakesTheUpperAndRightBordersAsInside) {

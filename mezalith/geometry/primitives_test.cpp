@@ -134,7 +134,9 @@ TEST(IntersectionRect, DoesNotRejectAnEmptyOneInside) {
 TEST(IntersectionRect, TakesTheSecondOfEqualEdges) {
     const MzRect plus{{0.0, 0.0}, {1, 1}}, minus{{-0.0, -0.0}, {1, 1}};
     EXPECT_TRUE(std::signbit(MzIntersectionRect(plus, minus).origin.x));
+    EXPECT_TRUE(std::signbit(MzIntersectionRect(plus, minus).origin.y));
     EXPECT_FALSE(std::signbit(MzIntersectionRect(minus, plus).origin.x));
+    EXPECT_FALSE(std::signbit(MzIntersectionRect(minus, plus).origin.y));
 }
 
 TEST(IntersectionRect, IsContainedInBothAndContainsTheirPoints) {
