@@ -71,6 +71,28 @@ Points finitePoints(std::span<const MzPoint> points) {
     return finite;
 }
 
+/// Adds the points at whole y between `p` and `q` on a line of constant x.
+void addWholeSteps(Points& points, MzPoint p, MzPoint q) {
+    if (p.y < q.y) {
+        for (double y = std::floor(p.y) + 1; y < q.y; ++y) points.push_back({p.x, y});
+    } else {
+        for (double y = std::ceil(p.y) - 1; y > q.y; --y) points.push_back({p.x, y});
+    }
+}
+
+/// The ring, closed, with steps along the limits.
+Points closedWithSteps(const Points& open, double west, double east) {
+    Points ring{open.back()};
+    for (const MzPoint& point : open) {
+        const MzPoint last = ring.back();
+        if (last.x == point.x && (point.x == west || point.x == east)) {
+            addWholeSteps(ring, last, point);
+        }
+        ring.push_back(point);
+    }
+    return ring;
+}
+
 }  // namespace
 
 std::vector<Points> lineBetween(std::span<const MzPoint> line, double west, double east) {
@@ -88,8 +110,7 @@ Points ringBetween(std::span<const MzPoint> ring, double west, double east) {
     if (open.size() > 1 && equal(open.front(), open.back())) open.pop_back();
     open = openRingWithin(openRingWithin(open, HalfPlane(west, 1)), HalfPlane(east, -1));
     if (open.size() < 3) return {};
-    open.push_back(open.front());
-    return open;
+    return closedWithSteps(open, west, east);
 }
 
 }  // namespace mezalith::host

@@ -63,8 +63,9 @@ TEST(LineBetween, LeavesOutWhatIsNotFinite) {
 
 TEST(RingBetween, KeepsARingInsideClosed) {
     const Points ring{{0, 0}, {2, 0}, {2, 2}, {0, 0}};
-    expectEqual(ringBetween(ring, -kInfinity, kInfinity), ring);
-    expectEqual(ringBetween(Points{{0, 0}, {2, 0}, {2, 2}}, -1, 3), ring);
+    const Points closed{{2, 2}, {0, 0}, {2, 0}, {2, 2}};
+    expectEqual(ringBetween(ring, -kInfinity, kInfinity), closed);
+    expectEqual(ringBetween(Points{{0, 0}, {2, 0}, {2, 2}}, -1, 3), closed);
 }
 
 TEST(RingBetween, CutsASquareToItsMiddle) {
@@ -80,6 +81,11 @@ TEST(RingBetween, KeepsTheAreaOfACombInside) {
     // Two teeth reach west of the limit; what hangs together only there stays joined along it.
     const Points comb{{0, 0}, {10, 0}, {10, 5}, {0, 5}, {0, 4}, {8, 4}, {8, 1}, {0, 1}, {0, 0}};
     EXPECT_EQ(areaOf(ringBetween(comb, 5, 20)), 5 + 5 + 6);
+}
+
+TEST(RingBetween, StepsAlongTheLimits) {
+    const Points cut = ringBetween(Points{{0, 0.5}, {9, 0.5}, {9, 3}, {0, 3}, {0, 0.5}}, 5, 20);
+    expectEqual(cut, {{5, 3}, {5, 2}, {5, 1}, {5, 0.5}, {9, 0.5}, {9, 3}, {5, 3}});
 }
 
 TEST(RingBetween, IsEmptyOutside) {

@@ -2,6 +2,7 @@
 #include "host/wkb_file.hpp"
 
 #include "host/failure.hpp"
+#include "host/letter_case.hpp"
 
 #include <array>
 #include <cerrno>
@@ -16,10 +17,6 @@ namespace {
 struct CloseFile {
     void operator()(std::FILE* file) const { std::fclose(file); }
 };
-
-char lowerCase(char letter) {
-    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-}
 
 }  // namespace
 
@@ -36,9 +33,7 @@ std::vector<std::byte> readFile(const std::string& path) {
 }
 
 bool isWKBFile(const std::string& path) {
-    std::string ending = std::filesystem::path(path).extension().string();
-    for (char& letter : ending) letter = lowerCase(letter);
-    return ending == ".wkb";
+    return isEqualIgnoringCase(std::filesystem::path(path).extension().string(), ".wkb");
 }
 
 std::string layerNameOfFile(const std::string& path) {

@@ -6,7 +6,10 @@
 namespace mezalith::app {
 namespace {
 
-constexpr std::array<Command, 5> kCommands{{
+constexpr std::array<Command, 8> kCommands{{
+    {"render", "Maps", "Draw a map as PNG, SVG or PDF", setUpRender},
+    {"info", "Data", "Say what a source of map data holds", setUpInfo},
+    {"wkb", "Data", "Inspect and convert Well-Known Binary", setUpWKB},
     {"project", "Geodesy", "Project longitude and latitude, or back", setUpProject},
     {"distance", "Geodesy", "Great-circle distance between two points, metres", setUpDistance},
     {"bearing", "Geodesy", "Initial bearing from one point to another, degrees", setUpBearing},

@@ -147,6 +147,7 @@ std::string bashCompletion(const CLI::App& app) {
     return "# bash completion for mezalith\n"
            "_mezalith() {\n"
            "    local current=${COMP_WORDS[COMP_CWORD]} command=${COMP_WORDS[1]-} words=''\n"
+           "    COMPREPLY=()\n"
            "    ((COMP_CWORD > 1)) || command=''\n"
            "    [[ -z $command || $current == -* ]] || return\n"
            "    case $command in\n"

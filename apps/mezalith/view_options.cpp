@@ -59,7 +59,8 @@ void addViewOptions(CLI::App& command, ViewTexts& texts) {
     add("--bbox", texts.bbox, "W,S,E,N", "Area to show, degrees; default the data's bounds");
     add("--size", texts.size, "WxH", "Size of the view, view points");
     add("--scale-factor", texts.scaleFactor, "FACTOR", "Multiplies widths, dashes and symbols");
-    add("--pixel-ratio", texts.pixelRatio, "RATIO", "Backing pixels per view point");
+    add("--pixel-ratio", texts.pixelRatio, "RATIO",
+        "Backing pixels per view point; default 1, in documents 4");
     add("--background", texts.background, "COLOR", "Colour behind everything");
 }
 
@@ -69,7 +70,9 @@ ViewOptions viewOptionsOf(const ViewTexts& texts) {
     if (!texts.bbox.empty()) options.area = areaArgument(texts.bbox);
     options.size = sizeArgument(texts.size);
     options.scaleFactor = positiveArgument("--scale-factor", texts.scaleFactor);
-    options.pixelRatio = positiveArgument("--pixel-ratio", texts.pixelRatio);
+    if (!texts.pixelRatio.empty()) {
+        options.pixelRatio = positiveArgument("--pixel-ratio", texts.pixelRatio);
+    }
     options.background = colorArgument("--background", texts.background);
     return options;
 }

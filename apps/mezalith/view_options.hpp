@@ -19,7 +19,7 @@ struct ViewTexts {
     std::string bbox{};
     std::string size = "1200x800";
     std::string scaleFactor = "1";
-    std::string pixelRatio = "1";
+    std::string pixelRatio{};
     std::string background = "white";
 };
 
@@ -29,7 +29,8 @@ struct ViewOptions {
     std::optional<host::BoundingBox> area;  ///< degrees; the data's bounds when it is not given
     MzSize size{};                          ///< view points
     double scaleFactor = 1;
-    double pixelRatio = 1;  ///< backing pixels per view point
+    std::optional<double>
+        pixelRatio;  ///< backing pixels per view point; the format's when not given
     std::shared_ptr<const platform::Color> background;
 };
 

@@ -24,7 +24,7 @@ TEST(ViewOptions, HaveDefaults) {
     EXPECT_EQ(options.size.width, 1200);
     EXPECT_EQ(options.size.height, 800);
     EXPECT_EQ(options.scaleFactor, 1);
-    EXPECT_EQ(options.pixelRatio, 1);
+    EXPECT_FALSE(options.pixelRatio);
     EXPECT_TRUE(options.background->isEqualToColor(platform::Color::whiteColor().get()));
 }
 

@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: MIT
+#include "apps/mezalith/command_table.hpp"
+#include "apps/mezalith/layer_styles.hpp"
+#include "apps/mezalith/picture.hpp"
+#include "apps/mezalith/progress.hpp"
+#include "apps/mezalith/view_options.hpp"
+#include "host/data_source.hpp"
+#include "host/failure.hpp"
+#include "host/map_view.hpp"
+
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace mezalith::app {
+namespace {
+
+struct Given {
+    std::vector<std::string> sources;
+    std::string output;
+    ViewTexts view;
+    StyleTexts styles;
+    bool overwrite = false;
+    bool quiet = false;
+};
+
+using Sources = std::vector<std::unique_ptr<host::DataSource>>;
+using Layers = std::vector<host::Layer>;
+
+Sources openSources(const std::vector<std::string>& names) {
+    Sources sources;
+    for (const std::string& name : names) {
+        sources.push_back(std::make_unique<host::DataSource>(name));
+    }
+    return sources;
+}
+
+std::vector<std::string> layerNamesOf(const Sources& sources) {
+    std::vector<std::string> names;
+    for (const auto& source : sources) {
+        for (const std::string& name : source->layerNames()) names.push_back(name);
+    }
+    return names;
+}
+
+void tellWhatIsLeftOut(const std::string& source, const host::Layer& layer) {
+    if (layer.unusable == 0) return;
+    const std::string line = "mezalith: " + source + ": " + layer.name + ": " +
+                             std::to_string(layer.unusable) + " left out, the first being " +
+                             layer.firstReason;
+    std::fprintf(stderr, "%s\n", host::inOneLine(line).c_str());
+}
+
+Layers readLayers(const Sources& sources, const Given& given) {
+    Layers layers;
+    for (std::size_t i = 0; i < sources.size(); ++i) {
+        const std::vector<std::string> names = sources[i]->layerNames();
+        for (std::size_t j = 0; j < names.size(); ++j) {
+            {
+                Progress progress(Progress::isWanted(given.quiet));
+                layers.push_back(sources[i]->read(
+                    j, [&](double share) { progress.show("reading " + names[j], share); }));
+            }
+            tellWhatIsLeftOut(given.sources[i], layers.back());
+        }
+    }
+    return layers;
+}
+
+host::BoundingBox boundsOfLayers(const Layers& layers) {
+    host::BoundingBox box;
+    for (const host::Layer& layer : layers) {
+        for (const auto& feature : layer.features) box.add(host::boundsOf(*feature->geometry()));
+    }
+    return box;
+}
+
+void drawLayers(host::MapView& view, const Layers& layers, LayerStyles& styles, bool quiet) {
+    Progress progress(Progress::isWanted(quiet));
+    for (const host::Layer& layer : layers) {
+        double done = 0;
+        for (const auto& feature : layer.features) {
+            feature->setStyle(styles.style(layer.name, feature->form()));
+            view.draw(*feature);
+            progress.show("drawing " + layer.name,
+                          ++done / static_cast<double>(layer.features.size()));
+        }
+    }
+}
+
+void run(const Given& given) {
+    const ViewOptions options = viewOptionsOf(given.view);
+    LayerStyles styles(given.styles);
+    Picture picture(given.output, given.overwrite, options.size, options.pixelRatio);
+    const Sources sources = openSources(given.sources);
+    styles.checkLayers(layerNamesOf(sources));
+    const Layers layers = readLayers(sources, given);
+
+    const host::BoundingBox area = options.area.value_or(boundsOfLayers(layers));
+    if (area.isEmpty()) throw host::Failure(given.sources.front(), "there is nothing to draw");
+    host::MapView view({.projection = options.projection,
+                        .area = area,
+                        .size = options.size,
+                        .pixelRatio = picture.pixelRatio(),
+                        .scaleFactor = options.scaleFactor});
+    const platform::GraphicsContext context(&picture.port());
+    fillBackground(picture.port(), options.size, *options.background);
+    drawLayers(view, layers, styles, given.quiet);
+    picture.finish();
+}
+
+}  // namespace
+
+void setUpRender(CLI::App& command) {
+    const auto given = std::make_shared<Given>();
+    command
+        .add_option("SOURCE", given->sources, std::string(kSourceHelp) + "; drawn in this order")
+        ->required()
+        ->type_name("");
+    command.add_option("-o,--output", given->output, "Picture to write, .png, .svg or .pdf")
+        ->required()
+        ->type_name("OUT");
+    command.add_flag("--overwrite", given->overwrite, "Replace OUT when it exists");
+    addViewOptions(command, given->view);
+    addStyleOptions(command, given->styles);
+    command.add_flag("--quiet", given->quiet, "Show no progress");
+    command.callback([given] { run(*given); });
+}
+
+}  // namespace mezalith::app

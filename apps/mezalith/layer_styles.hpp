@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "apps/mezalith/arguments.hpp"
+#include "host/wkb_walk.hpp"
+#include <mezalith/style/style.hpp>
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+namespace mezalith::app {
+
+/// The style options of the command line as they were given: "VALUE" or "LAYER:VALUE" each.
+struct StyleTexts {
+    std::vector<std::string> fill{};
+    std::vector<std::string> stroke{};
+    std::vector<std::string> width{};
+    std::vector<std::string> dash{};
+};
+
+/// Adds the options to `command`; `texts` must live as long.
+void addStyleOptions(CLI::App& command, StyleTexts& texts);
+
+/// How one kind of feature is drawn: lengths in view points; a null colour paints nothing.
+struct Paint {
+    std::shared_ptr<const platform::Color> fill;
+    std::shared_ptr<const platform::Color> stroke;
+    double width = 0;
+    std::vector<double> dash;  ///< painted and unpainted lengths in turn; empty for solid
+};
+
+/// The styles of the layers of a map: quiet defaults by form, changed by what the options say of
+/// the layer or, failing that, of all layers. Of several values the last one counts.
+class LayerStyles {
+  public:
+    /// Throws a UsageError for a value that is not to be understood.
+    explicit LayerStyles(const StyleTexts& texts);
+
+    /// Throws a UsageError for a prefix that is none of `layers`.
+    void checkLayers(std::span<const std::string> layers) const;
+
+    Paint paint(const std::string& layer, host::Form form) const;
+
+    /// The same as a style of one rule and one symbolizer, made once for each layer and form.
+    std::shared_ptr<MzStyle> style(const std::string& layer, host::Form form);
+
+  private:
+    /// The values of one option. The key of what is said of all layers is empty.
+    template <typename T>
+    using Values = std::map<std::optional<std::string>, T>;
+
+    template <typename T>
+    static const T* find(const Values<T>& values, const std::string& layer);
+
+    Values<std::shared_ptr<const platform::Color>> fill_;
+    Values<std::shared_ptr<const platform::Color>> stroke_;
+    Values<double> width_;
+    Values<std::vector<double>> dash_;
+    std::map<std::string, std::string> argumentOfLayer_;  ///< the argument that named the layer
+    std::map<std::pair<std::string, host::Form>, std::shared_ptr<MzStyle>> styles_;
+};
+
+}  // namespace mezalith::app

@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+#include "apps/mezalith/picture.hpp"
+
+#include "apps/mezalith/arguments.hpp"
+#include "host/failure.hpp"
+#include "host/wkb_file.hpp"
+
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <string_view>
+
+#include <gtest/gtest.h>
+
+namespace mezalith::app {
+namespace {
+
+namespace fs = std::filesystem;
+
+class PictureTest : public testing::Test {
+  protected:
+    PictureTest() {
+        std::string name = (fs::temp_directory_path() / "mezalith-XXXXXX").string();
+        folder_ = ::mkdtemp(name.data());
+    }
+    ~PictureTest() override { fs::remove_all(folder_); }
+
+    std::string path(const std::string& name) const { return (folder_ / name).string(); }
+
+    static std::string failureOf(const std::function<void()>& work) {
+        try {
+            work();
+        } catch (const host::Failure& failure) {
+            return failure.what();
+        }
+        return "no failure";
+    }
+
+    fs::path folder_;
+};
+
+std::string draw(const std::string& path, std::optional<double> pixelRatio = std::nullopt) {
+    Picture picture(path, false, {20, 10}, pixelRatio);
+    fillBackground(picture.port(), {20, 10}, *platform::Color::colorWithText("#336699"));
+    picture.finish();
+    const auto bytes = host::readFile(path);
+    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
+
+TEST_F(PictureTest, TakesItsFormatFromTheEnding) {
+    EXPECT_EQ(pictureFormatOf("a.b/c.PNG"), PictureFormat::PNG);
+    EXPECT_EQ(pictureFormatOf("c.svg"), PictureFormat::SVG);
+    EXPECT_EQ(pictureFormatOf("c.png.pdf"), PictureFormat::PDF);
+    EXPECT_THROW(pictureFormatOf("c.jpg"), UsageError);
+    EXPECT_THROW(pictureFormatOf("png"), UsageError);
+}
+
+TEST_F(PictureTest, WritesEachFormat) {
+    EXPECT_TRUE(draw(path("a.png")).starts_with("\x89PNG\r\n"));
+    EXPECT_NE(draw(path("a.svg")).find("<svg"), std::string::npos);
+    EXPECT_TRUE(draw(path("a.pdf")).starts_with("%PDF-"));
+}
+
+TEST_F(PictureTest, HasPixelsByItsRatio) {
+    // Width and height stand in the header, most significant byte first.
+    EXPECT_EQ(draw(path("one.png")).substr(16, 8), std::string_view("\0\0\0\x14\0\0\0\x0a", 8));
+    EXPECT_EQ(draw(path("two.png"), 2).substr(16, 8), std::string_view("\0\0\0\x28\0\0\0\x14", 8));
+}
+
+TEST_F(PictureTest, AppearsOnlyWhenFinished) {
+    { const Picture picture(path("a.svg"), false, {20, 10}, std::nullopt); }
+    EXPECT_TRUE(fs::is_empty(folder_));
+}
+
+TEST_F(PictureTest, ReportsAFullDisk) {
+    for (const char* name : {"a.png", "a.svg", "a.pdf"}) {
+        fs::create_symlink("/dev/full", path(name));
+        EXPECT_EQ(failureOf([&] { draw(path(name)); }), path(name) + ": No space left on device");
+    }
+}
+
+TEST_F(PictureTest, RefusesSizesThatCannotBe) {
+    const std::string message = path("a.png") + ": a picture of this size cannot be made";
+    EXPECT_EQ(failureOf([&] { Picture(path("a.png"), false, {1e6, 10}, std::nullopt); }), message);
+    EXPECT_TRUE(fs::is_empty(folder_));
+}
+
+}  // namespace
+}  // namespace mezalith::app

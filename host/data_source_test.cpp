@@ -1,0 +1,270 @@
+// SPDX-License-Identifier: MIT
+#include "host/data_source.hpp"
+
+#include "host/failure.hpp"
+#include <mezalith/geometry/multi_point_geometry.hpp>
+#include <mezalith/geometry/point_geometry.hpp>
+
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <numbers>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+namespace mezalith::host {
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::string kMaps = MEZALITH_SOURCE_DIR "/data/map/";
+const std::string kBad = MEZALITH_SOURCE_DIR "/tests/data/bad/map/";
+
+/// A folder that goes with the test.
+class DataSourceTest : public testing::Test {
+  protected:
+    DataSourceTest() {
+        std::string name = (fs::temp_directory_path() / "mezalith-XXXXXX").string();
+        folder_ = ::mkdtemp(name.data());
+    }
+    ~DataSourceTest() override { fs::remove_all(folder_); }
+
+    std::string put(const std::string& name, const std::string& text) const {
+        std::ofstream(folder_ / name) << text;
+        return (folder_ / name).string();
+    }
+
+    /// The only layer of a table of geometries in text form.
+    Layer layerOfTexts(const std::vector<std::string>& geometries) const {
+        std::string table = "name,WKT\n";
+        for (const std::string& geometry : geometries) table += "a,\"" + geometry + "\"\n";
+        return DataSource(put("table.csv", table)).read(0);
+    }
+
+    fs::path folder_;
+};
+
+std::string failureOf(const std::string& source) {
+    try {
+        DataSource data(source);
+        for (std::size_t i = 0; i < data.layerNames().size(); ++i) data.read(i);
+    } catch (const Failure& failure) {
+        return failure.what();
+    }
+    return "no failure";
+}
+
+std::vector<MzPoint> pointsOfLine(const Feature& feature) {
+    const auto* line = static_cast<const MzMultiPointGeometry*>(feature.geometry().get());
+    const auto points = pointsOf(line->multiPointGeometry());
+    return {points.begin(), points.end()};
+}
+
+TEST_F(DataSourceTest, NamesTheLayersOfAFile) {
+    const auto names = DataSource(kMaps + "naturalearth-110m.gpkg").layerNames();
+    ASSERT_EQ(names.size(), 13u);
+    EXPECT_EQ(names.front(), "countries");
+    EXPECT_EQ(DataSource(kMaps + "naturalearth-110m.gpkg:rivers").layerNames(),
+              std::vector<std::string>{"rivers"});
+}
+
+/// The figures that data/map/SOURCES.md gives for a layer.
+struct Figures {
+    const char* layer;
+    std::size_t features, vertices;
+    std::map<std::string, std::size_t> types;
+};
+
+TEST_F(DataSourceTest, DescribesLayersAsTheirSourcesSay) {
+    for (const Figures& figures : {
+             Figures{"naturalearth-110m.gpkg:countries",
+                     177,
+                     10654,
+                     {{"MultiPolygon", 29}, {"Polygon", 148}}},
+             Figures{"naturalearth-110m.gpkg:rivers", 13, 1147, {{"LineString", 13}}},
+             Figures{"naturalearth-110m.gpkg:geographic_lines",
+                     6,
+                     2399,
+                     {{"LineString", 5}, {"MultiLineString", 1}}},
+             Figures{"naturalearth-110m.gpkg:capitals_by_continent", 7, 199, {{"MultiPoint", 7}}},
+             Figures{"naturalearth-50m.gpkg:places", 1249, 1249, {{"Point", 1249}}},
+             Figures{"naturalearth-50m.gpkg:lakes", 405, 19274, {{"Polygon", 405}}},
+         }) {
+        SCOPED_TRACE(figures.layer);
+        const LayerDescription layer = DataSource(kMaps + figures.layer).describe(0);
+        EXPECT_EQ(layer.features, figures.features);
+        EXPECT_EQ(layer.vertices, figures.vertices);
+        EXPECT_EQ(layer.types, figures.types);
+    }
+}
+
+TEST_F(DataSourceTest, DescribesBounds) {
+    const auto layer = DataSource(kMaps + "naturalearth-110m.gpkg:land").describe(0);
+    EXPECT_EQ(layer.bounds.minX, -180);
+    EXPECT_EQ(layer.bounds.minY, -90);
+    EXPECT_NEAR(layer.bounds.maxX, 180, 1e-9);
+    EXPECT_NEAR(layer.bounds.maxY, 83.65, 0.01);
+}
+
+TEST_F(DataSourceTest, MakesAFeatureForEachLineOfAMultiLineString) {
+    const auto layer = DataSource(kMaps + "naturalearth-110m.gpkg:geographic_lines").read(0);
+    EXPECT_GT(layer.features.size(), 6u);
+    std::size_t vertices = 0;
+    for (const auto& feature : layer.features) {
+        EXPECT_EQ(feature->form(), Form::Line);
+        EXPECT_EQ(feature->kind(), "geographic_lines");
+        vertices += pointsOfLine(*feature).size();
+    }
+    EXPECT_EQ(vertices, 2399u);
+}
+
+TEST_F(DataSourceTest, ReadsAttributes) {
+    const auto layer = DataSource(kMaps + "naturalearth-110m.gpkg:countries").read(0);
+    ASSERT_EQ(layer.features.size(), 177u);
+    const auto& attributes = layer.features.front()->propertiesByName();
+    EXPECT_TRUE(std::holds_alternative<std::string>(attributes.at("name")));
+    EXPECT_TRUE(std::holds_alternative<double>(attributes.at("pop_est")) ||
+                std::holds_alternative<std::int64_t>(attributes.at("pop_est")));
+    EXPECT_EQ(layer.features.front()->featureName(), std::get<std::string>(attributes.at("name")));
+}
+
+TEST_F(DataSourceTest, ReadsValuesByTheirTypes) {
+    const std::string path = put("values.geojson", R"({"type":"FeatureCollection","features":[
+        {"type":"Feature","geometry":{"type":"Point","coordinates":[1,2]},
+         "properties":{"whole":12345678901,"part":0.5,"yes":true,"text":"caf\u00e9","none":null}}]})");
+    const auto attributes = DataSource(path).read(0).features.at(0)->propertiesByName();
+    EXPECT_EQ(std::get<std::int64_t>(attributes.at("whole")), 12345678901);
+    EXPECT_EQ(std::get<double>(attributes.at("part")), 0.5);
+    EXPECT_EQ(std::get<bool>(attributes.at("yes")), true);
+    EXPECT_EQ(std::get<std::string>(attributes.at("text")), "caf\xc3\xa9");
+    EXPECT_TRUE(std::holds_alternative<std::monostate>(attributes.at("none")));
+}
+
+TEST_F(DataSourceTest, TransformsToLongitudeAndLatitude) {
+    const std::string path = put("utm.geojson", R"({"type":"FeatureCollection",
+        "crs":{"type":"name","properties":{"name":"urn:ogc:def:crs:EPSG::32633"}},"features":[
+        {"type":"Feature","properties":{},
+         "geometry":{"type":"Point","coordinates":[262409.732136,6649017.748990]}}]})");
+    const auto feature = DataSource(path).read(0).features.at(0);
+    const auto* point = static_cast<const MzPointGeometry*>(feature->geometry().get());
+    EXPECT_NEAR(point->x(), 10.75, 1e-9);
+    EXPECT_NEAR(point->y(), 59.91, 1e-9);
+}
+
+TEST_F(DataSourceTest, TakesASystemWithLatitudeFirstForWhatItIs) {
+    const std::string path = put("named.geojson", R"({"type":"FeatureCollection",
+        "crs":{"type":"name","properties":{"name":"urn:ogc:def:crs:EPSG::4326"}},"features":[
+        {"type":"Feature","properties":{},"geometry":{"type":"Point","coordinates":[10,60]}}]})");
+    const auto feature = DataSource(path).read(0).features.at(0);
+    EXPECT_EQ(static_cast<const MzPointGeometry*>(feature->geometry().get())->x(), 10);
+}
+
+TEST_F(DataSourceTest, FlattensCollectionsAndHeights) {
+    const Layer layer =
+        layerOfTexts({"GEOMETRYCOLLECTION Z (POINT Z (1 2 3),LINESTRING Z (0 0 1,1 1 2),"
+                      "MULTILINESTRING Z ((0 0 1,1 1 2),(2 2 1,3 3 2)))"});
+    ASSERT_EQ(layer.features.size(), 4u);
+    EXPECT_EQ(layer.unusable, 0u);
+    EXPECT_EQ(layer.features[0]->form(), Form::Points);
+    EXPECT_EQ(layer.features[3]->form(), Form::Line);
+    EXPECT_EQ(layer.features[0]->record(), layer.features[3]->record());
+    EXPECT_EQ(pointsOfLine(*layer.features[3])[1].x, 3);
+}
+
+TEST_F(DataSourceTest, MakesPolylinesOfCurves) {
+    const Layer layer = layerOfTexts({"CIRCULARSTRING (-1 0,0 1,1 0)",
+                                      "CURVEPOLYGON (CIRCULARSTRING (-1 0,0 1,1 0,0 -1,-1 0))",
+                                      "TRIANGLE ((0 0,1 0,0 1,0 0))"});
+    ASSERT_EQ(layer.features.size(), 3u);
+    const auto arc = pointsOfLine(*layer.features[0]);
+    EXPECT_GT(arc.size(), 20u);
+    for (const MzPoint& point : arc) EXPECT_NEAR(std::hypot(point.x, point.y), 1, 1e-9);
+    EXPECT_EQ(layer.features[1]->form(), Form::Area);
+    EXPECT_EQ(layer.features[2]->form(), Form::Area);
+}
+
+TEST_F(DataSourceTest, MakesNoFeatureWithoutAGeometry) {
+    const Layer layer = layerOfTexts({"", "POINT EMPTY", "LINESTRING EMPTY", "POINT (1 2)"});
+    EXPECT_EQ(layer.unusable, 0u);
+    EXPECT_EQ(layer.features.back()->featureDescription(), "table 4");
+}
+
+TEST_F(DataSourceTest, MakesPointsOfATableOfCoordinates) {
+    const auto layer = DataSource(put("towns.csv", "name,lon,lat\nOslo,10.75,59.91\n")).read(0);
+    ASSERT_EQ(layer.features.size(), 1u);
+    EXPECT_EQ(layer.features[0]->featureName(), "Oslo");
+}
+
+TEST_F(DataSourceTest, ReadsABareGeometry) {
+    const std::string path = kMaps + "wkb/multilinestring-date-line-be.wkb";
+    DataSource source(path);
+    EXPECT_EQ(source.layerNames(), std::vector<std::string>{"multilinestring-date-line-be"});
+    EXPECT_EQ(source.describe(0).vertices, 587u);
+    EXPECT_EQ(source.read(0).features.size(), 5u);
+    EXPECT_EQ(failureOf(path + ":multilinestring-date-line-be"), "no failure");
+    EXPECT_EQ(failureOf(path + ":other"), path + ": no layer other");
+}
+
+TEST_F(DataSourceTest, FindsFilesWithColonsInTheirNames) {
+    const std::string path = put("a:b.geojson", R"({"type":"Point","coordinates":[1,2]})");
+    EXPECT_EQ(DataSource(path).read(0).features.size(), 1u);
+}
+
+TEST_F(DataSourceTest, SaysWhatIsWrong) {
+    EXPECT_EQ(failureOf("nowhere.gpkg"), "nowhere.gpkg: No such file or directory");
+    const std::string world = kMaps + "naturalearth-110m.gpkg";
+    EXPECT_EQ(failureOf(world + ":see"), world + ": no layer see");
+    const std::string readme = put("readme.txt", "no map\n");
+    EXPECT_TRUE(failureOf(readme).starts_with(readme + ": ")) << failureOf(readme);
+    const std::string empty = put("empty.wkb", "");
+    EXPECT_EQ(failureOf(empty), empty + ": the file is empty");
+    const std::string cut = MEZALITH_SOURCE_DIR "/tests/data/bad/wkb/trunc-polygon-009.wkb";
+    EXPECT_EQ(failureOf(cut), cut + ": byte 5: 2 rings do not fit into the 0 bytes that follow");
+}
+
+TEST_F(DataSourceTest, NeverLeavesTheMachine) {
+    for (const char* source :
+         {"/vsicurl/http://127.0.0.1/a.geojson", "http://127.0.0.1/a.geojson", "/vsizip/a.zip",
+          "https://127.0.0.1/a.gpkg:layer", "WFS:http://127.0.0.1"}) {
+        EXPECT_EQ(failureOf(source), std::string(source) + ": only local files are read");
+    }
+    const std::string reference = put("reference.vrt",
+                                      "<OGRVRTDataSource><OGRVRTLayer name=\"a\"><SrcDataSource>"
+                                      "/vsicurl/http://127.0.0.1/a.geojson</SrcDataSource>"
+                                      "</OGRVRTLayer></OGRVRTDataSource>");
+    EXPECT_NE(failureOf(reference), "no failure");
+}
+
+TEST_F(DataSourceTest, KeepsTheLibraryFromStandardError) {
+    testing::internal::CaptureStderr();
+    for (const auto& entry : fs::directory_iterator(kBad)) failureOf(entry.path().string());
+    failureOf(put("broken.geojson", "{\"type\":\"FeatureCollection\",\"features\":["));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(DataSourceTest, ReportsProgressUpToTheEnd) {
+    std::vector<double> shares;
+    DataSource(kMaps + "naturalearth-110m.gpkg:rivers").read(0, [&](double share) {
+        shares.push_back(share);
+    });
+    ASSERT_EQ(shares.size(), 13u);
+    EXPECT_TRUE(std::ranges::is_sorted(shares));
+    EXPECT_EQ(shares.back(), 1);
+}
+
+TEST_F(DataSourceTest, ServesThreadsThatOpenTheirOwn) {
+    std::vector<std::size_t> counts(4);
+    std::vector<std::thread> threads;
+    for (std::size_t& count : counts) {
+        threads.emplace_back([&count] {
+            count = DataSource(kMaps + "naturalearth-110m.gpkg:lakes").read(0).features.size();
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_EQ(counts, (std::vector<std::size_t>{25, 25, 25, 25}));
+}
+
+}  // namespace
+}  // namespace mezalith::host

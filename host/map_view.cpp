@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: MIT
+#include "host/map_view.hpp"
+
+#include "host/failure.hpp"
+#include <mezalith/geometry/polygon_geometry.hpp>
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+namespace mezalith::host {
+namespace {
+
+/// Points along each side of an area from which its projected extent is taken.
+constexpr int kSamples = 128;
+
+std::vector<MzPoint> outlineOf(const BoundingBox& box) {
+    std::vector<MzPoint> points;
+    for (int i = 0; i <= kSamples; ++i) {
+        const double t = static_cast<double>(i) / kSamples;
+        const double x = box.minX + box.width() * t;
+        const double y = box.minY + box.height() * t;
+        points.insert(points.end(), {{x, box.minY}, {x, box.maxY}, {box.minX, y}, {box.maxX, y}});
+    }
+    return points;
+}
+
+/// Fills in the bounds by which projected polygons are judged.
+void fillTransformedBounds(MzGeometry& geometry,
+                           const std::shared_ptr<MzMapProjection>& projection) {
+    const auto projected =
+        std::dynamic_pointer_cast<MzPolygonGeometry>(geometry.geometryWithProjection(projection));
+    if (projected == nullptr) return;
+    const BoundingBox box = boundsOf(*projected);
+    projected->setTransformedBounds({MzPoint{box.minX, box.minY}, MzPoint{box.maxX, box.minY},
+                                     MzPoint{box.maxX, box.maxY}, MzPoint{box.minX, box.maxY}});
+}
+
+double unitsPerPixelFor(const BoundingBox& extent, MzSize size, const MzMapProjection& projection) {
+    const double units = std::max(extent.width() / size.width, extent.height() / size.height);
+    // A single place is shown as closely as the projection is meant to be seen.
+    return units > 0 ? units : projection.maximumResolution();
+}
+
+}  // namespace
+
+BoundingBox projectedArea(const MzMapProjection& projection, const BoundingBox& area) {
+    const BoundingBox reach = reachOf(projection);
+    const BoundingBox seen{std::max(area.minX, reach.minX), area.minY,
+                           std::min(area.maxX, reach.maxX), area.maxY};
+    BoundingBox extent;
+    if (seen.isEmpty()) return extent;
+    std::vector<MzPoint> outline = outlineOf(seen);
+    projection.projectCoordinates(outline, outline);
+    extent.add(outline);
+    return extent;
+}
+
+MapView::MapView(const ViewFrame& frame) : frame_(frame) {
+    const MzMapProjection& projection = *frame_.projection;
+    const BoundingBox extent = projectedArea(projection, frame_.area);
+    if (extent.isEmpty()) throw Failure(projection.name(), "the area lies out of its reach");
+    unitsPerPixel_ = unitsPerPixelFor(extent, frame_.size, projection);
+    const MzPoint centre = extent.centre();
+    const MzSize size{frame_.size.width * unitsPerPixel_, frame_.size.height * unitsPerPixel_};
+    bounds_ = {{centre.x - size.width / 2, centre.y - size.height / 2}, size};
+    if (!std::isfinite(size.width) || !std::isfinite(size.height)) {
+        throw Failure(projection.name(), "the area is too large to be shown");
+    }
+    scaleDenominator_ = projection.metersPerProjectedUnitForLongitudeLatitude(
+                            projection.longitudeLatitudeForProjectedCoordinate(centre)) *
+                        unitsPerPixel_ / kPixelSize;
+    region_ = MzClippingRegion::initWithDrawContext(this);
+    region_->setMinSpacing(kSpacing / frame_.pixelRatio * unitsPerPixel_);
+    cutter_.emplace(frame_.projection, region_);
+}
+
+std::shared_ptr<MzAffineTransform> MapView::projectedToPixelTransform() const {
+    auto transform = MzAffineTransform::transform();
+    transform->scaleBy(1 / unitsPerPixel_);
+    transform->translateXBy(-bounds_.origin.x, -bounds_.origin.y);
+    return transform;
+}
+
+void MapView::draw(const Feature& feature, bool selected) {
+    for (const auto& piece : cutter_->cut({feature.form(), feature.geometry()})) {
+        fillTransformedBounds(*piece, frame_.projection);
+        feature.withGeometry(piece)->drawInContext(this, selected);
+    }
+}
+
+}  // namespace mezalith::host

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "host/bounding_box.hpp"
+#include "host/feature.hpp"
+#include "host/view_cutter.hpp"
+#include <mezalith/style/draw_context.hpp>
+
+#include <memory>
+#include <optional>
+
+namespace mezalith::host {
+
+/// What a map view shows, and on what.
+struct ViewFrame {
+    std::shared_ptr<MzMapProjection> projection;
+    BoundingBox area;        ///< to be in sight: longitudes and latitudes, degrees
+    MzSize size{1200, 800};  ///< view points
+    double pixelRatio = 1;   ///< backing pixels per view point
+    double scaleFactor = 1;  ///< by which widths, dashes and symbols are multiplied
+};
+
+/// A map view: the draw context of everything that is drawn in one frame. It fits the frame's area
+/// into its size, keeping the proportions of the projection's plane, the area in the middle. y
+/// grows upwards, as in every view.
+class MapView final : public MzDrawContext {
+  public:
+    /// Metres to a pixel, for the scale denominator.
+    /// Source: OGC 05-077r4, Symbology Encoding, clause 10.2: the standardised rendering pixel.
+    static constexpr double kPixelSize = 0.00028;
+
+    /// How close two points of an outline may come before one of them is dropped, in backing
+    /// pixels. Half a pixel cannot be seen in any one outline, while at the region's own two points
+    /// a coast and a border that run along the same points come apart, as each drops others.
+    static constexpr double kSpacing = 0.5;
+
+    /// Throws a Failure when the area is empty, not finite, or out of the projection's reach.
+    explicit MapView(const ViewFrame& frame);
+
+    std::shared_ptr<MzAffineTransform> projectedToPixelTransform() const override;
+    MzRect projectedBounds() const override { return bounds_; }
+    double projectedUnitsPerPixel() const override { return unitsPerPixel_; }
+    std::shared_ptr<MzMapProjection> mapProjection() const override { return frame_.projection; }
+    std::shared_ptr<MzClippingRegion> clippingRegion() const override { return region_; }
+    /// For the middle of the view.
+    double scaleDenominator() const override { return scaleDenominator_; }
+    double scaleFactor() const override { return frame_.scaleFactor; }
+    const ViewFrame& frame() const { return frame_; }
+
+    /// Draws what can be seen of the feature into the current graphics port.
+    void draw(const Feature& feature, bool selected = false);
+
+  private:
+    ViewFrame frame_;
+    MzRect bounds_ = MzZeroRect;
+    double unitsPerPixel_ = 0;
+    double scaleDenominator_ = 0;
+    std::shared_ptr<MzClippingRegion> region_;
+    std::optional<ViewCutter> cutter_;
+};
+
+/// The box around the projected `area` (degrees), or around what of it is within the projection's
+/// reach; empty when that is nothing.
+BoundingBox projectedArea(const MzMapProjection& projection, const BoundingBox& area);
+
+}  // namespace mezalith::host

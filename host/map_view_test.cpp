@@ -1,0 +1,150 @@
+// SPDX-License-Identifier: MIT
+#include "host/map_view.hpp"
+
+#include "host/failure.hpp"
+#include <mezalith/geometry/multi_point_geometry.hpp>
+#include <mezalith/geometry/polygon_geometry.hpp>
+#include <mezalith/platform/recording_port.hpp>
+#include <mezalith/style/line_symbolizer.hpp>
+#include <mezalith/style/polygon_symbolizer.hpp>
+#include <mezalith/style/style.hpp>
+
+#include <algorithm>
+#include <limits>
+#include <numbers>
+
+#include <gtest/gtest.h>
+
+namespace mezalith::host {
+namespace {
+
+using Points = std::vector<MzPoint>;
+
+const auto kDegrees = MzMapProjection::mapProjectionWithPlateCarree();
+
+ViewFrame worldFrame() {
+    return {.projection = kDegrees, .area = {-180, -90, 180, 90}, .size = {1200, 600}};
+}
+
+template <typename Symbolizer>
+std::shared_ptr<MzStyle> styleOf() {
+    auto style = std::make_shared<MzStyle>();
+    const auto rule = std::make_shared<MzRule>();
+    rule->addSymbolizer(std::make_shared<Symbolizer>());
+    style->addRule(rule);
+    return style;
+}
+
+Feature polyline(Points points) {
+    Feature feature(std::make_shared<FeatureRecord>(),
+                    {Form::Line, MzMultiPointGeometry::initWithMultiPoint(
+                                     {static_cast<std::uint32_t>(points.size()), points.data()})});
+    feature.setStyle(styleOf<MzLineSymbolizer>());
+    return feature;
+}
+
+Feature polygon(Points ring) {
+    MzLinearRing record{static_cast<std::uint32_t>(ring.size()), ring.data()};
+    Feature feature(std::make_shared<FeatureRecord>(),
+                    {Form::Area, MzPolygonGeometry::initWithPolygon({1, &record})});
+    feature.setStyle(styleOf<MzPolygonSymbolizer>());
+    return feature;
+}
+
+std::vector<std::string> drawn(const ViewFrame& frame, const Feature& feature) {
+    MapView view(frame);
+    platform::RecordingPort port;
+    const platform::GraphicsContext context(&port);
+    view.draw(feature);
+    return port.lines();
+}
+
+TEST(MapView, ShowsTheWorldFromEdgeToEdge) {
+    const MapView view(worldFrame());
+    EXPECT_TRUE(MzEqualRects(view.projectedBounds(), {{-180, -90}, {360, 180}}));
+    EXPECT_EQ(view.projectedUnitsPerPixel(), 0.3);
+    const auto transform = view.projectedToPixelTransform();
+    EXPECT_TRUE(MzEqualPoints(transform->transformPoint({-180, -90}), {0, 0}));
+    EXPECT_NEAR(transform->transformPoint({180, 90}).x, 1200, 1e-9);
+    EXPECT_NEAR(transform->transformPoint({180, 90}).y, 600, 1e-9);
+}
+
+TEST(MapView, KeepsProportionsWithTheAreaInTheMiddle) {
+    ViewFrame frame = worldFrame();
+    frame.size = {1200, 800};
+    EXPECT_TRUE(MzEqualRects(MapView(frame).projectedBounds(), {{-180, -120}, {360, 240}}));
+    frame.area = {0, 0, 1, 90};
+    const MzRect tall = MapView(frame).projectedBounds();
+    EXPECT_EQ(tall.size.height, 90);
+    EXPECT_EQ(tall.origin.x + tall.size.width / 2, 0.5);
+}
+
+TEST(MapView, ScalesByTheStandardisedPixel) {
+    const double metres = 6327000.0 * std::numbers::pi / 180 * 0.3;
+    EXPECT_NEAR(MapView(worldFrame()).scaleDenominator(), metres / 0.00028, 1);
+    const auto zone = MzMapProjection::mapProjectionWithUTMZone(33);
+    const MapView view(
+        {.projection = zone, .area = {14.99, 59.99, 15.01, 60.01}, .size = {100, 100}});
+    EXPECT_NEAR(view.scaleDenominator(), view.projectedUnitsPerPixel() / 0.00028, 1e-6);
+}
+
+TEST(MapView, KeepsVerticesHalfABackingPixelApart) {
+    ViewFrame frame = worldFrame();
+    frame.pixelRatio = 2;
+    const MapView view(frame);
+    EXPECT_EQ(view.clippingRegion()->minSpacing(), 0.5 / 2 * 0.3);
+    EXPECT_TRUE(MzEqualRects(view.clippingRegion()->clippingRect(),
+                             {{-180 - 15, -90 - 15}, {360 + 30, 180 + 30}}));
+}
+
+TEST(MapView, ProjectsTheAreasOutline) {
+    const auto zone = MzMapProjection::mapProjectionWithUTMZone(33);
+    const BoundingBox extent = projectedArea(*zone, {4, 58, 26, 71});
+    // Parallels rise towards the sides: the lowest point is on the meridian, the highest aside.
+    EXPECT_EQ(extent.minY, zone->projectedCoordinateForLongitudeLatitude({15, 58}).y);
+    EXPECT_EQ(extent.maxY, zone->projectedCoordinateForLongitudeLatitude({4, 71}).y);
+    EXPECT_EQ(extent.minX, zone->projectedCoordinateForLongitudeLatitude({4, 58}).x);
+    EXPECT_TRUE(projectedArea(*zone, {100, 0, 110, 10}).isEmpty());
+}
+
+TEST(MapView, ShowsASinglePlaceClosely) {
+    const MapView view({.projection = kDegrees, .area = {10, 60, 10, 60}, .size = {100, 50}});
+    EXPECT_EQ(view.projectedUnitsPerPixel(), kDegrees->maximumResolution());
+}
+
+TEST(MapView, RefusesWhatCannotBeShown) {
+    const auto zone = MzMapProjection::mapProjectionWithUTMZone(33);
+    EXPECT_THROW(MapView({.projection = zone, .area = {150, 0, 160, 10}}), Failure);
+    EXPECT_THROW(MapView({.projection = kDegrees, .area = {}}), Failure);
+    EXPECT_THROW(MapView({.projection = kDegrees, .area = {-1e308, 0, 1e308, 10}}), Failure);
+}
+
+TEST(MapView, DrawsPolygonsByTheBoundsItFillsIn) {
+    const auto lines = drawn(worldFrame(), polygon({{0, 0}, {30, 0}, {30, 30}, {0, 0}}));
+    EXPECT_NE(std::ranges::find(lines, "moveToPoint 600 300"), lines.end());
+    EXPECT_NE(std::ranges::find(lines, "drawPath 2"), lines.end());
+}
+
+TEST(MapView, DrawsNothingOfWhatIsElsewhere) {
+    ViewFrame frame = worldFrame();
+    frame.area = {0, 0, 36, 18};
+    EXPECT_TRUE(drawn(frame, polygon({{60, 50}, {70, 50}, {70, 60}, {60, 50}})).empty());
+    EXPECT_TRUE(drawn(frame, polyline({{60, 50}, {70, 50}})).empty());
+}
+
+TEST(MapView, DrawsALineThatComesBackInTwoStrokes) {
+    ViewFrame frame = worldFrame();
+    frame.area = {0, 0, 36, 18};
+    const auto lines = drawn(frame, polyline({{30, 9}, {60, 9}, {60, 12}, {30, 12}}));
+    EXPECT_EQ(std::ranges::count(lines, "drawPath 2"), 2);
+}
+
+TEST(MapView, HandsItsScaleFactorOn) {
+    ViewFrame frame = worldFrame();
+    frame.scaleFactor = 3;
+    const auto lines = drawn(frame, polyline({{0, 0}, {30, 0}}));
+    EXPECT_NE(std::ranges::find(lines, "setLineWidth 6"), lines.end());
+}
+
+}  // namespace
+}  // namespace mezalith::host

@@ -1,0 +1,221 @@
+// SPDX-License-Identifier: MIT
+#include "host/view_cutter.hpp"
+
+#include "host/longitude_cut.hpp"
+#include <mezalith/geometry/multi_point_geometry.hpp>
+#include <mezalith/geometry/multi_polygon_geometry.hpp>
+#include <mezalith/geometry/point_geometry.hpp>
+#include <mezalith/geometry/polygon_geometry.hpp>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <limits>
+#include <utility>
+
+namespace mezalith::host {
+namespace {
+
+using Points = std::vector<MzPoint>;
+using Rings = std::vector<Points>;
+
+/// Degrees to either side of the meridian. The series of Transverse Mercator stays monotonic in
+/// longitude to 80 degrees on every latitude.
+constexpr double kZoneReach = 70;
+
+Points pointsOfGeometry(const MzGeometry& geometry) {
+    if (const auto* point = dynamic_cast<const MzPointGeometry*>(&geometry)) {
+        return {point->asNSPoint()};
+    }
+    if (const auto* points = dynamic_cast<const MzMultiPointGeometry*>(&geometry)) {
+        const auto run = pointsOf(points->multiPointGeometry());
+        return {run.begin(), run.end()};
+    }
+    return {};
+}
+
+Rings ringsOfPolygon(const MzPolygon& polygon) {
+    Rings rings;
+    for (const MzLinearRing& ring : ringsOf(&polygon)) {
+        const auto run = pointsOf(&ring);
+        rings.emplace_back(run.begin(), run.end());
+    }
+    return rings;
+}
+
+std::vector<Rings> membersOfGeometry(const MzGeometry& geometry) {
+    if (const auto* polygon = dynamic_cast<const MzPolygonGeometry*>(&geometry)) {
+        return {ringsOfPolygon(*polygon->polygonGeometry())};
+    }
+    std::vector<Rings> members;
+    if (const auto* polygons = dynamic_cast<const MzMultiPolygonGeometry*>(&geometry)) {
+        for (const MzPolygon& member : polygonsOf(polygons->multiPolygonGeometry())) {
+            members.push_back(ringsOfPolygon(member));
+        }
+    }
+    return members;
+}
+
+std::shared_ptr<MzGeometry> multiPoint(Points points) {
+    return MzMultiPointGeometry::initWithMultiPoint(
+        {static_cast<std::uint32_t>(points.size()), points.data()});
+}
+
+std::shared_ptr<MzGeometry> polygon(Rings rings) {
+    std::vector<MzLinearRing> records;
+    for (Points& ring : rings) {
+        records.push_back({static_cast<std::uint32_t>(ring.size()), ring.data()});
+    }
+    return MzPolygonGeometry::initWithPolygon(
+        {static_cast<std::uint32_t>(records.size()), records.data()});
+}
+
+void move(Points& points, double shift) {
+    for (MzPoint& point : points) point.x += shift;
+}
+
+/// Whether the segment from `p` to `q` meets the box, and if so the middle of what lies inside.
+/// Source: Liang and Barsky (1984), A new concept and method for line clipping, ACM TOG 3(1).
+bool middleInside(const BoundingBox& box, MzPoint p, MzPoint q, MzPoint* middle) {
+    const MzPoint d{q.x - p.x, q.y - p.y};
+    const std::array<std::pair<double, double>, 4> sides{{{-d.x, p.x - box.minX},
+                                                          {d.x, box.maxX - p.x},
+                                                          {-d.y, p.y - box.minY},
+                                                          {d.y, box.maxY - p.y}}};
+    double enter = 0;
+    double leave = 1;
+    for (const auto& [slope, distance] : sides) {
+        if (slope == 0 && distance < 0) return false;
+        if (slope < 0) enter = std::max(enter, distance / slope);
+        if (slope > 0) leave = std::min(leave, distance / slope);
+    }
+    if (!(enter < leave)) return false;
+    const double t = enter + (leave - enter) / 2;
+    *middle = {p.x + d.x * t, p.y + d.y * t};
+    return true;
+}
+
+/// The stretches of a line that the region may show, given its points and their projections: each
+/// has at most its first and its last point outside.
+std::vector<Points> runsThrough(const MzClippingRegion& region, const Points& line,
+                                const Points& plane) {
+    std::vector<Points> runs;
+    bool open = false;
+    for (std::size_t i = 1; i < line.size(); ++i) {
+        const auto from = MzRegionCode(plane[i - 1], &region);
+        const auto to = MzRegionCode(plane[i], &region);
+        const bool hidden = (from & to) != 0;
+        if (!hidden && !open) runs.push_back({line[i - 1]});
+        if (!hidden) runs.back().push_back(line[i]);
+        open = !hidden && to == 0;
+    }
+    return runs;
+}
+
+}  // namespace
+
+BoundingBox boundsOf(MzGeometry& geometry) {
+    BoundingBox box;
+    for (const auto& leaf : geometry.leafNodes()) box.add(BoundingBox::of(leaf->bounds()));
+    return box;
+}
+
+BoundingBox reachOf(const MzMapProjection& projection) {
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    const auto* zone = dynamic_cast<const MzUTMZoneProjection*>(&projection);
+    if (zone == nullptr) return {-kInfinity, -kInfinity, kInfinity, kInfinity};
+    const double meridian = static_cast<double>(zone->utmZone()) * 6 - 183;
+    return {meridian - kZoneReach, -kInfinity, meridian + kZoneReach, kInfinity};
+}
+
+ViewCutter::ViewCutter(std::shared_ptr<MzMapProjection> projection,
+                       std::shared_ptr<MzClippingRegion> region)
+    : projection_(std::move(projection)),
+      region_(std::move(region)),
+      rectangle_(BoundingBox::of(region_->clippingRect())),
+      reach_(reachOf(*projection_)),
+      seen_(projection_->isEquitorialCylindrical() ? rectangle_ : reach_) {}
+
+ViewCutter::Geometries ViewCutter::cut(const Part& part) const {
+    Geometries pieces;
+    const BoundingBox box = boundsOf(*part.geometry);
+    for (const double shift : {0.0, -360.0, 360.0}) {
+        if (seen_.meets(box.movedBy(shift, 0))) cutCopy(pieces, part, shift);
+    }
+    return pieces;
+}
+
+void ViewCutter::cutCopy(Geometries& pieces, const Part& part, double shift) const {
+    if (shift == 0 && isClear(part)) {
+        pieces.push_back(part.geometry);
+    } else if (part.form == Form::Area) {
+        for (Rings& rings : membersOfGeometry(*part.geometry)) {
+            for (Points& ring : rings) move(ring, shift);
+            cutPolygon(pieces, rings);
+        }
+    } else {
+        Points points = pointsOfGeometry(*part.geometry);
+        move(points, shift);
+        if (part.form == Form::Line) {
+            cutLine(pieces, points);
+        } else {
+            cutPoints(pieces, points);
+        }
+    }
+}
+
+/// Whether the geometry can go to the projection and the clippers as it is.
+bool ViewCutter::isClear(const Part& part) const {
+    if (!reach_.holds(boundsOf(*part.geometry))) return false;
+    if (part.form == Form::Points) return true;
+    return rectangle_.holds(boundsOf(*part.geometry->geometryWithProjection(projection_)));
+}
+
+void ViewCutter::cutPoints(Geometries& pieces, const Points& points) const {
+    Points kept;
+    for (const MzPoint& point : points) {
+        if (point.x >= reach_.minX && point.x <= reach_.maxX) kept.push_back(point);
+    }
+    if (!kept.empty()) pieces.push_back(multiPoint(std::move(kept)));
+}
+
+void ViewCutter::cutLine(Geometries& pieces, const Points& line) const {
+    for (const Points& piece : lineBetween(line, reach_.minX, reach_.maxX)) {
+        for (Points& run : runsThrough(*region_, piece, projected(piece))) {
+            pieces.push_back(multiPoint(std::move(run)));
+        }
+    }
+}
+
+void ViewCutter::cutPolygon(Geometries& pieces, const Rings& rings) const {
+    Rings kept;
+    for (const Points& ring : rings) {
+        const Points within = ringBetween(ring, reach_.minX, reach_.maxX);
+        if (within.empty() && kept.empty()) return;
+        if (!within.empty()) kept.push_back(withInnerVertices(within));
+    }
+    if (!kept.empty()) pieces.push_back(polygon(std::move(kept)));
+}
+
+ViewCutter::Points ViewCutter::projected(const Points& points) const {
+    Points result(points.size());
+    projection_->projectCoordinates(points, result);
+    return result;
+}
+
+ViewCutter::Points ViewCutter::withInnerVertices(const Points& ring) const {
+    const Points plane = projected(ring);
+    Points result{ring.front()};
+    for (std::size_t i = 1; i < ring.size(); ++i) {
+        const bool outside = MzRegionCode(plane[i - 1], region_.get()) != 0 &&
+                             MzRegionCode(plane[i], region_.get()) != 0;
+        MzPoint middle;
+        if (outside && middleInside(rectangle_, plane[i - 1], plane[i], &middle)) {
+            result.push_back(projection_->longitudeLatitudeForProjectedCoordinate(middle));
+        }
+        result.push_back(ring[i]);
+    }
+    return result;
+}
+
+}  // namespace mezalith::host

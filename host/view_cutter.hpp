@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "host/bounding_box.hpp"
+#include "host/wkb_walk.hpp"
+#include <mezalith/clipping/clipping_region.hpp>
+#include <mezalith/projection/map_projection.hpp>
+
+#include <memory>
+#include <vector>
+
+namespace mezalith::host {
+
+/// The box around all leaves of `geometry`, in the plane of its coordinates.
+BoundingBox boundsOf(MzGeometry& geometry);
+
+/// The longitudes and latitudes, in degrees, that `projection` can take to its plane: everything
+/// for most, 70 degrees to either side of the meridian for a UTM zone. Farther out the series of
+/// the projection folds back and would put a place where another one belongs.
+BoundingBox reachOf(const MzMapProjection& projection);
+
+/// Prepares geometries for the drawing of one view, so that projection and clippers meet only what
+/// they put in the right place:
+///
+/// - What lies outside the projection's reach is cut off, in longitude and latitude.
+/// - What the globe shows again 360 degrees to the east or west is there again when it can be seen.
+/// - A polyline that leaves the clipping rectangle comes in several pieces: in one, the clipper
+/// would
+///   join where it left and where it came back by a straight line.
+/// - A ring's side that runs right through the rectangle gets a vertex inside: without one, the
+///   clipper gives the two crossings in a fixed order, which may run against the ring.
+class ViewCutter {
+  public:
+    using Geometries = std::vector<std::shared_ptr<MzGeometry>>;
+
+    /// Neither is null.
+    ViewCutter(std::shared_ptr<MzMapProjection> projection,
+               std::shared_ptr<MzClippingRegion> region);
+
+    /// What of `part` may be seen, in longitude and latitude: often `part.geometry` itself, nothing
+    /// when it lies elsewhere.
+    Geometries cut(const Part& part) const;
+
+  private:
+    using Points = std::vector<MzPoint>;
+
+    void cutCopy(Geometries& pieces, const Part& part, double shift) const;
+    void cutPoints(Geometries& pieces, const Points& points) const;
+    void cutLine(Geometries& pieces, const Points& line) const;
+    void cutPolygon(Geometries& pieces, const std::vector<Points>& rings) const;
+    bool isClear(const Part& part) const;
+    Points projected(const Points& points) const;
+    Points withInnerVertices(const Points& ring) const;
+
+    std::shared_ptr<MzMapProjection> projection_;
+    std::shared_ptr<MzClippingRegion> region_;
+    BoundingBox rectangle_;  ///< the region's, projected units
+    BoundingBox reach_;      ///< degrees
+    BoundingBox seen_;       ///< degrees: outside of it nothing can be seen
+};
+
+}  // namespace mezalith::host

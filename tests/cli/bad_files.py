@@ -1,0 +1,69 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""Gives every malformed map and geometry to the commands that read them: each must answer 0 or 1,
+say at most one line, name the file in it, and leave no picture behind when it fails.
+
+    bad_files.py PROGRAM
+"""
+
+import pathlib
+import subprocess
+import sys
+import tempfile
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
+BAD = ROOT / "tests/data/bad"
+SECONDS = 60
+
+
+def commands(file, picture):
+    view = ["--bbox", "-180,-90,180,90", "--size", "200x100"]
+    yield ["render", file, "-o", picture]
+    yield ["render", file, "-o", picture, *view]
+    yield ["render", file, "-o", picture, "--projection", "utm:33"]
+    yield ["info", file]
+    yield ["wkb", "--from-geojson", file]
+    yield ["wkb", file]
+    yield ["wkb", file, "--to-geojson"]
+
+
+def is_about(line, arguments):
+    """Whether the line names the file, or says that the view cannot show what is in it."""
+    named = any(argument.startswith(str(BAD)) and argument in line for argument in arguments)
+    return named or "the area" in line
+
+
+def complaints(program, arguments, picture):
+    result = subprocess.run(
+        [program, *arguments], capture_output=True, timeout=SECONDS, check=False
+    )
+    lines = result.stderr.decode(errors="replace").splitlines()
+    if result.returncode not in (0, 1):
+        yield f"exit {result.returncode}: {lines}"
+    if result.returncode == 1 and len(lines) != 1 or len(lines) > 1:
+        yield f"{len(lines)} lines: {lines}"
+    if lines and not lines[0].startswith("mezalith: "):
+        yield f"not ours: {lines}"
+    if result.returncode == 1 and not any(is_about(line, arguments) for line in lines):
+        yield f"no file named: {lines}"
+    if result.returncode == 1 and picture.exists():
+        yield "a picture was left"
+
+
+def main():
+    files = sorted(str(file) for folder in ("map", "wkb") for file in (BAD / folder).iterdir())
+    failed = 0
+    for file in files:
+        with tempfile.TemporaryDirectory() as folder:
+            picture = pathlib.Path(folder) / "map.png"
+            for arguments in commands(file, str(picture)):
+                for complaint in complaints(sys.argv[1], arguments, picture):
+                    failed += 1
+                    print(f"{' '.join(arguments)}: {complaint}")
+                picture.unlink(missing_ok=True)
+    print(f"{len(files)} files, {failed} complaints")
+    sys.exit(failed > 0 or len(files) < 100)
+
+
+if __name__ == "__main__":
+    main()
