@@ -407,6 +407,13 @@ TEST(WkbEncoder, ReturnsTheBufferUntouchedForNoRings) {
     EXPECT_EQ(wkbLineStringToData(nullptr, 3, wkb.buffer, &wkb.length), before);
     EXPECT_EQ(wkbPolygonToData(nullptr, 3, wkb.buffer, &wkb.length), before);
     EXPECT_EQ(wkb.length, 21u);
+    // Not even a counter of 0 starts a new buffer then.
+    std::byte kept{};
+    std::uint64_t length = 0;
+    EXPECT_EQ(wkbLinearRingToData(&ring, 0, &kept, &length), &kept);
+    EXPECT_EQ(wkbLineStringToData(&line, 0, &kept, &length), &kept);
+    EXPECT_EQ(wkbPolygonToData(&polygon, 0, &kept, &length), &kept);
+    EXPECT_EQ(length, 0u);
 }
 
 TEST(WkbEncoder, IndexesRingsWithEightBits) {
