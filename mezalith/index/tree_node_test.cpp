@@ -104,7 +104,7 @@ TEST(TreeInternalNode, CopyThroughTheBaseKeepsTheClass) {
 
 TEST(TreeInternalNode, ReleasesADeepChainWithoutRecursion) {
     const std::shared_ptr<MzTreeNode> bottom = MzTreeNode::initWithBounds(kLeft);
-    auto top = chain(bottom, 1'000'000);
+    auto top = chain(bottom, 200'000);
     EXPECT_EQ(bottom.use_count(), 2);
     top.reset();
     EXPECT_EQ(bottom.use_count(), 1);
