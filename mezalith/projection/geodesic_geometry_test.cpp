@@ -13,11 +13,19 @@
 
 namespace {
 
-constexpr std::size_t largestBlock = std::size_t{1} << 30;
+std::size_t largestBlock = std::numeric_limits<std::size_t>::max();
+
+/// While one lives, memory ends at a gigabyte, whatever the machine has.
+class ShortOfMemory {
+  public:
+    ShortOfMemory() { largestBlock = std::size_t{1} << 30; }
+    ~ShortOfMemory() { largestBlock = std::numeric_limits<std::size_t>::max(); }
+    ShortOfMemory(const ShortOfMemory&) = delete;
+    ShortOfMemory& operator=(const ShortOfMemory&) = delete;
+};
 
 }  // namespace
 
-// Memory ends at a gigabyte in this program, whatever the machine has.
 void* operator new(std::size_t size) {
     void* const block = size <= largestBlock ? std::malloc(size) : nullptr;
     if (block == nullptr) throw std::bad_alloc();
@@ -88,6 +96,7 @@ TEST(GeodesicGeometry, HasTwoPointsForAResolutionThatIsNone) {
 }
 
 TEST(GeodesicGeometry, IsNullWithoutMemory) {
+    const ShortOfMemory shortOfMemory;
     const double resolution = distance(oslo, tokyo) / std::ldexp(1.5, 31);
     EXPECT_EQ(MzGeodesicGeometry::initWithStart(oslo, tokyo, resolution), nullptr);
 }
