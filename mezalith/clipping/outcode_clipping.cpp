@@ -123,7 +123,7 @@ MzPoint* passAlongSide(MzPoint* out, const Segment& segment, const MzClippingReg
     return addTurningPoint(out, segment.qCode, region);
 }
 
-/// The corner code at the end `low` or `high` of y on the side of x where a point is; 0 for none.
+/// `ifLowX` or `ifHighX`, by the side of x beyond which a point with this code lies; 0 for neither.
 std::int32_t cornerBeside(std::int32_t code, std::int32_t ifLowX, std::int32_t ifHighX) {
     if ((code & MzRegionLowX) != 0) return ifLowX;
     return (code & MzRegionHighX) != 0 ? ifHighX : 0;
