@@ -8,14 +8,9 @@
 #include <mezalith/style/spatial_object.hpp>
 
 #include <cstdint>
-#include <initializer_list>
-#include <iterator>
 #include <memory>
 #include <set>
 #include <string>
-#include <string_view>
-#include <type_traits>
-#include <utility>
 #include <vector>
 
 namespace mezalith {
@@ -73,22 +68,6 @@ class MEZALITH_EXPORT MzSymbolizer : public platform::Observable, public platfor
     virtual void copyPropertiesTo(MzSymbolizer& copy) const;
     /// The class's own comparison with a symbolizer of the same type that is not the receiver.
     virtual bool hasEqualProperties(const MzSymbolizer& other) const;
-
-    /// Runs `change` and announces it for `keys`: before it in this order, after it in reverse.
-    template <typename Change>
-    void changeValues(std::initializer_list<std::string_view> keys, Change change) {
-        for (const std::string_view key : keys) willChangeValueForKey(key);
-        change();
-        for (auto key = std::rbegin(keys); key != std::rend(keys); ++key) {
-            didChangeValueForKey(*key);
-        }
-    }
-
-    /// Sets a property's field and announces its key.
-    template <typename Value>
-    void setProperty(std::string_view key, Value& field, std::type_identity_t<Value> value) {
-        changeValues({key}, [&] { field = std::move(value); });
-    }
 };
 
 }  // namespace mezalith
