@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <mezalith/geometry/line_string_geometry.hpp>
 #include <mezalith/platform/keyed_store.hpp>
+#include <mezalith/platform/observation_recorder.hpp>
 #include <mezalith/style/line_symbolizer.hpp>
 #include <mezalith/style/testing.hpp>
 
@@ -235,7 +236,7 @@ TEST(LineSymbolizer, ListsWhatAffectsItsDrawing) {
 
 TEST(LineSymbolizer, AnnouncesItsPropertiesByName) {
     MzLineSymbolizer line;
-    testing::ChangeLog log;
+    testing::ObservationRecorder log;
     log.observe(line, {"strokeColor", "strokeOpacity", "shouldShadow", "xShadowOffset",
                        "yShadowOffset", "shadowBlur"});
     line.setStrokeColor(nullptr);
@@ -252,7 +253,7 @@ TEST(LineSymbolizer, AnnouncesItsPropertiesByName) {
 
 TEST(LineSymbolizer, AnnouncesThatItsDrawingChanged) {
     MzLineSymbolizer line;
-    testing::ChangeLog log;
+    testing::ObservationRecorder log;
     log.observe(line, {MzDrawPropertyKey});
     line.setStrokeColor(nullptr);
     EXPECT_EQ(log.lines, (Lines{"will drawProperty", "did drawProperty"}));

@@ -2,6 +2,7 @@
 #include <mezalith/geometry/line_string_geometry.hpp>
 #include <mezalith/platform/cairo/cairo_port.hpp>
 #include <mezalith/platform/keyed_store.hpp>
+#include <mezalith/platform/observation_recorder.hpp>
 #include <mezalith/style/point_symbolizer.hpp>
 #include <mezalith/style/testing.hpp>
 
@@ -613,7 +614,7 @@ TEST(PointSymbolizer, HasNoOpacityWithoutAColor) {
 
 TEST(PointSymbolizer, AnnouncesColorAndOpacityTogether) {
     MzPointSymbolizer point;
-    testing::ChangeLog log;
+    testing::ObservationRecorder log;
     log.observe(point, {"strokeColor", "strokeOpacity", "fillColor", "fillOpacity"});
     point.setStrokeColor(Color::blackColor());
     point.setStrokeOpacity(0.5);
@@ -629,7 +630,7 @@ TEST(PointSymbolizer, AnnouncesColorAndOpacityTogether) {
 
 TEST(PointSymbolizer, AnnouncesAShadowWithItsParts) {
     MzPointSymbolizer point;
-    testing::ChangeLog log;
+    testing::ObservationRecorder log;
     log.observe(point, {"shadow", "shadowOffsetWidth", "shadowOffsetHeight", "shadowBlurRadius",
                         "shadowColor"});
     point.setShadow(std::make_shared<Shadow>());
@@ -641,7 +642,7 @@ TEST(PointSymbolizer, AnnouncesAShadowWithItsParts) {
 
 TEST(PointSymbolizer, AnnouncesThePartsOfAShadowWithIt) {
     MzPointSymbolizer point;
-    testing::ChangeLog log;
+    testing::ObservationRecorder log;
     log.observe(point, {"shadow", "shadowOffsetWidth", "shadowOffsetHeight", "shadowBlurRadius",
                         "shadowColor"});
     const auto expectAnnounced = [&](const std::string& key) {

@@ -2,6 +2,7 @@
 #include <mezalith/geometry/line_string_geometry.hpp>
 #include <mezalith/platform/cairo/cairo_port.hpp>
 #include <mezalith/platform/keyed_store.hpp>
+#include <mezalith/platform/observation_recorder.hpp>
 #include <mezalith/style/polygon_symbolizer.hpp>
 #include <mezalith/style/testing.hpp>
 
@@ -240,7 +241,7 @@ TEST(PolygonSymbolizer, ListsWhatAffectsItsDrawing) {
 
 TEST(PolygonSymbolizer, AnnouncesItsPropertiesByName) {
     MzPolygonSymbolizer polygon;
-    testing::ChangeLog log;
+    testing::ObservationRecorder log;
     log.observe(polygon, {"shouldFill", "fillColor", "fillOpacity", "shouldStroke", "strokeColor",
                           "strokeOpacity"});
     polygon.setShouldFill(true);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <mezalith/platform/keyed_store.hpp>
+#include <mezalith/platform/observation_recorder.hpp>
 #include <mezalith/style/stroked_symbolizer.hpp>
 #include <mezalith/style/testing.hpp>
 
@@ -61,7 +62,7 @@ TEST(StrokedSymbolizer, KeepsItsPropertiesInItsStroke) {
 
 TEST(StrokedSymbolizer, AnnouncesItsPropertiesByName) {
     Probe probe;
-    testing::ChangeLog log;
+    testing::ObservationRecorder log;
     log.observe(probe, {"strokeWidth", "lineJoin", "lineCap", "lineDashOffset", "lineDashCount",
                         "isDashed"});
     probe.setStrokeWidth(3);
@@ -89,7 +90,7 @@ TEST(StrokedSymbolizer, KeepsACopyOfThePatternAndItsCount) {
 
 TEST(StrokedSymbolizer, LeavesTheCountWhenThePatternIsTakenAway) {
     Probe probe;
-    testing::ChangeLog log;
+    testing::ObservationRecorder log;
     probe.setLineDash(kPattern.data(), 4);
     log.observe(probe, {"lineDashCount", "lineDash"});
     probe.setLineDash(nullptr, 0);
@@ -107,7 +108,7 @@ TEST(StrokedSymbolizer, LeavesTheCountWhenThePatternIsTakenAway) {
 
 TEST(StrokedSymbolizer, AnnouncesANewPatternThroughItsCountOnly) {
     Probe probe;
-    testing::ChangeLog log;
+    testing::ObservationRecorder log;
     log.observe(probe, {"lineDash", "lineDashCount"});
     probe.setLineDash(kPattern.data(), 4);
     EXPECT_EQ(log.lines, (Lines{"will lineDashCount", "did lineDashCount"}));

@@ -85,8 +85,8 @@ class StyleElement : public ::testing::Test {
         element->addObserver(&recorder, Editing::kKey, 0, true);
     }
     Lines announced(const std::string& change) const {
-        return {"will " + (Editing::kKey + (" " + change + " (0)")),
-                "did " + (Editing::kKey + (" " + change + " (0)"))};
+        return {"will " + (Editing::kKey + (" " + change)),
+                "did " + (Editing::kKey + (" " + change))};
     }
     /// Whether a change of the member is passed on as one of the element's drawing.
     bool isRelayed(Member& member) {
@@ -299,8 +299,8 @@ TYPED_TEST(StyleElement, ReplacesTheListWithoutTouchingObservation) {
     const auto listed = this->editing.makeMember();
     TypeParam::setList(*this->element, {nullptr, listed, nullptr});
     EXPECT_EQ(TypeParam::list(*this->element), (std::vector{listed}));
-    EXPECT_EQ(this->recorder.lines, (Lines{"will " + std::string(TypeParam::kKey) + " (0)",
-                                           "did " + std::string(TypeParam::kKey) + " (0)"}));
+    EXPECT_EQ(this->recorder.lines, (Lines{"will " + std::string(TypeParam::kKey),
+                                           "did " + std::string(TypeParam::kKey)}));
     EXPECT_FALSE(this->isRelayed(*listed));
     EXPECT_TRUE(this->isRelayed(*this->members[0]));
 }

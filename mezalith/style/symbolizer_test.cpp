@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <mezalith/geometry/line_string_geometry.hpp>
+#include <mezalith/platform/observation_recorder.hpp>
 #include <mezalith/style/line_symbolizer.hpp>
 #include <mezalith/style/point_symbolizer.hpp>
 #include <mezalith/style/polygon_symbolizer.hpp>
@@ -145,7 +146,7 @@ TEST(Symbolizer, DerivesDrawPropertyFromItsKeyPaths) {
 
 TEST(Symbolizer, AnnouncesAPropertyAndDrawPropertyWithIt) {
     Custom custom;
-    testing::ChangeLog log;
+    testing::ObservationRecorder log;
     log.observe(custom, {"drawProperty"});
     custom.set("c", 1);
     EXPECT_EQ(log.lines, Lines{});
@@ -156,7 +157,7 @@ TEST(Symbolizer, AnnouncesAPropertyAndDrawPropertyWithIt) {
 
 TEST(Symbolizer, AnnouncesAPropertyAlsoWhenItsValueStays) {
     Custom custom;
-    testing::ChangeLog log;
+    testing::ObservationRecorder log;
     log.observe(custom, {"a"});
     custom.set("a", custom.value());
     EXPECT_EQ(log.lines, (Lines{"will a", "did a"}));
@@ -164,7 +165,7 @@ TEST(Symbolizer, AnnouncesAPropertyAlsoWhenItsValueStays) {
 
 TEST(Symbolizer, AnnouncesSeveralKeysInOrderAndBack) {
     Custom custom;
-    testing::ChangeLog log;
+    testing::ObservationRecorder log;
     log.observe(custom, {"a", "b", "c"});
     custom.touch();
     EXPECT_EQ(log.lines, (Lines{"will a", "will b", "will c", "did c", "did b", "did a"}));

@@ -140,18 +140,4 @@ inline Lines only(const std::string& operation, const Lines& lines) {
     return result;
 }
 
-/// Writes down which keys change, before and after: "will key", "did key".
-class ChangeLog : public platform::Observer {
-  public:
-    Lines lines;
-
-    void observe(platform::Observable& object, const std::vector<std::string>& keys) {
-        for (const std::string& key : keys) object.addObserver(this, key, 0, true);
-    }
-    void observeValueForKey(const std::string& key, platform::Observable*,
-                            const platform::Change& change, std::int64_t) override {
-        lines.push_back((change.isPrior ? "will " : "did ") + key);
-    }
-};
-
 }  // namespace mezalith::testing
