@@ -3,7 +3,7 @@
 #include <mezalith/geometry/multi_point_geometry.hpp>
 #include <mezalith/geometry/packed_block.hpp>
 #include <mezalith/geometry/record_bounds.hpp>
-#include <mezalith/geometry/wkb.hpp>
+#include <mezalith/geometry/wkb_encoder.hpp>
 
 #include <utility>
 

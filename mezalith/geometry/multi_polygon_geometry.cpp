@@ -4,7 +4,7 @@
 #include <mezalith/geometry/point_geometry.hpp>
 #include <mezalith/geometry/polygon_functions.hpp>
 #include <mezalith/geometry/record_bounds.hpp>
-#include <mezalith/geometry/wkb.hpp>
+#include <mezalith/geometry/wkb_encoder.hpp>
 
 #include <algorithm>
 #include <utility>

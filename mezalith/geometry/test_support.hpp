@@ -133,6 +133,31 @@ inline Bytes bytesOf(std::initializer_list<int> values) {
     return bytes;
 }
 
+/// Zero-filled room for records.
+template <typename Record>
+class Room {
+  public:
+    explicit Room(std::size_t bytes) : words_((bytes + 7) / 8) {}
+    Record* record() { return reinterpret_cast<Record*>(words_.data()); }
+    std::byte* at(std::size_t offset) {
+        return reinterpret_cast<std::byte*>(words_.data()) + offset;
+    }
+
+  private:
+    std::vector<std::uint64_t> words_;
+};
+
+/// The bits of coordinates, for laws about any of them.
+using PointBits = std::vector<std::pair<std::uint64_t, std::uint64_t>>;
+
+inline Points pointsOfBits(const PointBits& bits) {
+    Points points;
+    for (const auto& [x, y] : bits) {
+        points.push_back({std::bit_cast<double>(x), std::bit_cast<double>(y)});
+    }
+    return points;
+}
+
 /// Equal bit for bit, NaNs and signs of zeros included.
 inline bool sameBits(std::span<const MzPoint> a, std::span<const MzPoint> b) {
     return std::ranges::equal(std::as_bytes(a), std::as_bytes(b));

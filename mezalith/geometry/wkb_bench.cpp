@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <random>
 #include <vector>
@@ -69,22 +68,10 @@ void BM_DecodePointElements(benchmark::State& state) {
     countPoints(state);
 }
 
-void BM_EncodePointElements(benchmark::State& state) {
-    const std::vector<MzPoint> points(pointCount(state), MzPoint{10.75, 59.91});
-    for (auto _ : state) {
-        std::uint64_t length = 0;
-        std::byte* buffer = wkbPointToData(points.data(), pointCount(state), nullptr, &length);
-        benchmark::DoNotOptimize(buffer);
-        std::free(buffer);
-    }
-    countPoints(state);
-}
-
 BENCHMARK(BM_CopyPairs)->Arg(1 << 6)->Arg(1 << 12)->Arg(1 << 18);
 BENCHMARK(BM_DecodeLittleEndianPairs)->Arg(1 << 6)->Arg(1 << 12)->Arg(1 << 18);
 BENCHMARK(BM_DecodeBigEndianPairs)->Arg(1 << 6)->Arg(1 << 12)->Arg(1 << 18);
 BENCHMARK(BM_DecodePointElements)->Arg(1 << 6)->Arg(1 << 12)->Arg(1 << 18);
-BENCHMARK(BM_EncodePointElements)->Arg(1 << 6)->Arg(1 << 12)->Arg(1 << 18);
 
 }  // namespace
 }  // namespace mezalith
