@@ -3,6 +3,7 @@
 #include <mezalith/platform/cairo/pictures.hpp>
 
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -234,12 +235,14 @@ TEST(CairoDocument, ReportsASinkThatRefuses) {
     }
 }
 
-/// A file name in the test's own folder; the file goes with the object.
+/// A file name in a folder of its own; both go with the object.
 class TemporaryFile {
   public:
-    explicit TemporaryFile(const std::string& ending)
-        : path_(testing::TempDir() + "mezalith_cairo_document_test" + ending) {}
-    ~TemporaryFile() { std::filesystem::remove(path_); }
+    explicit TemporaryFile(const std::string& ending) {
+        std::string folder = testing::TempDir() + "mezalith-XXXXXX";
+        path_ = std::filesystem::path(::mkdtemp(folder.data())) / ("map" + ending);
+    }
+    ~TemporaryFile() { std::filesystem::remove_all(path_.parent_path()); }
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
 
