@@ -70,7 +70,10 @@ class KeyedStore final : public platform::KeyedArchiver, public platform::KeyedU
     double decodeDouble(std::string_view key) const override { return get<double>(key); }
     Bytes decodeBytes(std::string_view key) const override { return get<Bytes>(key); }
     std::string decodeString(std::string_view key) const override { return get<std::string>(key); }
+    /// A double is a number, too.
     std::optional<double> decodeNumber(std::string_view key) const override {
+        const Value* value = find(key);
+        if (value != nullptr && std::holds_alternative<double>(*value)) return get<double>(key);
         return get<std::optional<double>>(key);
     }
     std::vector<double> decodeDoubles(std::string_view key) const override {
