@@ -237,7 +237,7 @@ void Color::encodeWithCoder(KeyedArchiver& coder) const {
     } else {
         coder.encodeDoubles({components_.data(), entry.componentCount}, "components");
     }
-    coder.encodeDouble(alpha_, "alpha");
+    coder.encodeNumber(alpha_, "alpha");
 }
 
 std::shared_ptr<const Color> Color::initWithCoder(const KeyedUnarchiver& coder) {

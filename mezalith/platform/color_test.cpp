@@ -1,16 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include <mezalith/platform/color.hpp>
 #include <mezalith/platform/css_color_names.hpp>
+#include <mezalith/platform/keyed_store.hpp>
 
 #include <algorithm>
 #include <cmath>
-#include <map>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 namespace mezalith::platform {
 namespace {
+
+using testing::KeyedStore;
 
 using Components = std::array<double, 4>;
 
@@ -19,63 +21,10 @@ Components rgbOf(const std::shared_ptr<const Color>& color) {
     return rgb ? rgb->components() : Components{-1, -1, -1, -1};
 }
 
-/// Keeps what one object writes, and hands it out again.
-class Memory final : public KeyedArchiver, public KeyedUnarchiver {
-  public:
-    std::map<std::string, std::string, std::less<>> strings;
-    std::map<std::string, double, std::less<>> numbers;
-    std::map<std::string, std::vector<double>, std::less<>> lists;
-    std::vector<std::string> order;
-
-    void encodeString(std::string_view value, std::string_view key) override {
-        strings[note(key)] = value;
-    }
-    void encodeDouble(double value, std::string_view key) override { numbers[note(key)] = value; }
-    void encodeDoubles(std::span<const double> values, std::string_view key) override {
-        lists[note(key)] = {values.begin(), values.end()};
-    }
-    void encodeBool(bool, std::string_view) override {}
-    void encodeInt(std::int32_t, std::string_view) override {}
-    void encodeFloat(float, std::string_view) override {}
-    void encodeBytes(std::span<const std::byte>, std::string_view) override {}
-    void encodeNumber(std::optional<double>, std::string_view) override {}
-    void encodeObject(const Archivable*, std::string_view) override {}
-    void encodeObjects(std::span<const Archivable* const>, std::string_view) override {}
-
-    std::string decodeString(std::string_view key) const override { return found(strings, key); }
-    std::vector<double> decodeDoubles(std::string_view key) const override {
-        return found(lists, key);
-    }
-    std::optional<double> decodeNumber(std::string_view key) const override {
-        const auto place = numbers.find(key);
-        return place == numbers.end() ? std::nullopt : std::optional(place->second);
-    }
-    double decodeDouble(std::string_view key) const override { return found(numbers, key); }
-    bool containsValueForKey(std::string_view) const override { return false; }
-    bool decodeBool(std::string_view) const override { return false; }
-    std::int32_t decodeInt(std::string_view) const override { return 0; }
-    float decodeFloat(std::string_view) const override { return 0; }
-    std::vector<std::byte> decodeBytes(std::string_view) const override { return {}; }
-    std::shared_ptr<const Archivable> decodeObject(std::string_view) const override {
-        return nullptr;
-    }
-    std::vector<std::shared_ptr<const Archivable>> decodeObjects(std::string_view) const override {
-        return {};
-    }
-
-  private:
-    std::string note(std::string_view key) { return order.emplace_back(key); }
-    template <typename Map>
-    static typename Map::mapped_type found(const Map& map, std::string_view key) {
-        const auto place = map.find(key);
-        return place == map.end() ? typename Map::mapped_type{} : place->second;
-    }
-};
-
 std::shared_ptr<const Color> throughArchive(const Color& color) {
-    Memory memory;
-    color.encodeWithCoder(memory);
-    return Color::initWithCoder(memory);
+    KeyedStore store;
+    color.encodeWithCoder(store);
+    return Color::initWithCoder(store);
 }
 
 TEST(Color, KeepsComponentsAsGiven) {
@@ -217,12 +166,17 @@ TEST(Color, DescribesItselfInRGBOrByName) {
 }
 
 TEST(Color, WritesSpaceComponentsAndAlphaInThisOrder) {
-    Memory memory;
-    Color::colorWithDeviceCyan(0.1, 0.2, 0.3, 0.4, 0.5)->encodeWithCoder(memory);
-    EXPECT_EQ(memory.order, (std::vector<std::string>{"colorSpace", "components", "alpha"}));
-    EXPECT_EQ(memory.strings["colorSpace"], "deviceCMYK");
-    EXPECT_EQ(memory.lists["components"], (std::vector<double>{0.1, 0.2, 0.3, 0.4}));
-    EXPECT_EQ(memory.numbers["alpha"], 0.5);
+    KeyedStore store;
+    Color::colorWithDeviceCyan(0.1, 0.2, 0.3, 0.4, 0.5)->encodeWithCoder(store);
+    EXPECT_EQ(store.layout(), (std::vector<std::string>{"string colorSpace", "doubles components",
+                                                        "number alpha"}));
+    EXPECT_EQ(store.decodeString("colorSpace"), "deviceCMYK");
+    EXPECT_EQ(store.decodeDoubles("components"), (std::vector<double>{0.1, 0.2, 0.3, 0.4}));
+    EXPECT_EQ(store.decodeNumber("alpha"), 0.5);
+    KeyedStore named;
+    Color::colorWithName("navy")->encodeWithCoder(named);
+    EXPECT_EQ(named.layout(),
+              (std::vector<std::string>{"string colorSpace", "string name", "number alpha"}));
     EXPECT_EQ(Color::blackColor()->archiveClassName(), "Color");
 }
 
@@ -240,23 +194,28 @@ TEST(Color, ComesBackFromItsArchive) {
     }
 }
 
+/// The archive of a colour.
+struct Fields {
+    std::string space = "calibratedRGB";
+    std::vector<double> components{0, 1, 1};
+    std::optional<double> alpha = 1;
+
+    std::shared_ptr<const Color> color() const {
+        KeyedStore store;
+        store.encodeString(space, "colorSpace");
+        store.encodeDoubles(components, "components");
+        store.encodeNumber(alpha, "alpha");
+        return Color::initWithCoder(store);
+    }
+};
+
 TEST(Color, IsNotMadeOfADamagedArchive) {
-    Memory good;
-    Color::cyanColor()->encodeWithCoder(good);
-    ASSERT_NE(Color::initWithCoder(good), nullptr);
-    Memory unknownSpace = good;
-    unknownSpace.strings["colorSpace"] = "deviceHSV";
-    EXPECT_EQ(Color::initWithCoder(unknownSpace), nullptr);
-    Memory tooShort = good;
-    tooShort.lists["components"].pop_back();
-    EXPECT_EQ(Color::initWithCoder(tooShort), nullptr);
-    Memory tooLong = good;
-    tooLong.lists["components"].push_back(1);
-    EXPECT_EQ(Color::initWithCoder(tooLong), nullptr);
-    Memory withoutAlpha = good;
-    withoutAlpha.numbers.clear();
-    EXPECT_EQ(Color::initWithCoder(withoutAlpha), nullptr);
-    EXPECT_EQ(Color::initWithCoder(Memory{}), nullptr);
+    EXPECT_NE(Fields{}.color(), nullptr);
+    EXPECT_EQ(Fields{.space = "deviceHSV"}.color(), nullptr);
+    EXPECT_EQ((Fields{.components = {0, 1}}.color()), nullptr);
+    EXPECT_EQ((Fields{.components = {0, 1, 1, 1}}.color()), nullptr);
+    EXPECT_EQ(Fields{.alpha = std::nullopt}.color(), nullptr);
+    EXPECT_EQ(Color::initWithCoder(KeyedStore()), nullptr);
 }
 
 }  // namespace
