@@ -9,24 +9,18 @@ using namespace mezalith;
 
 int main(int, char** files) {  // from Well-Known Binary in degrees to a picture in UTM zone 33
     std::ifstream file(files[1], std::ios::binary);
-    const std::string bytes(std::istreambuf_iterator<char>(file), {});
-    const auto stored = MzGeometry::geometryWithWKBData(std::as_bytes(std::span(bytes)));
+    const std::string wkb(std::istreambuf_iterator<char>(file), {});
     const auto italy = std::dynamic_pointer_cast<MzMultiPolygonGeometry>(
-        stored->geometryWithProjection(MzMapProjection::mapProjectionWithUTMZone(33)));
-
-    const auto toView = MzAffineTransform::transform();  // three kilometres to a view point
-    toView->scaleBy(1 / 3000.0);
-    toView->translateXBy(190e3, -4.02e6);
-    MzClippingRegion view;  // what is in sight, in metres
+        MzGeometry::geometryWithWKBData(std::as_bytes(std::span(wkb)))
+            ->geometryWithProjection(MzMapProjection::mapProjectionWithUTMZone(33)));
+    MzClippingRegion view;  // what is in sight, in metres; three kilometres to a view point
     view.setClippingRect({{-190e3, 4.02e6}, {1020e3, 1230e3}});
-    view.setTransform(toView);
-
+    view.setTransform(MzAffineTransform::transform());
+    view.transform()->setTransformStruct({1 / 3e3, 0, 0, 1 / 3e3, 190 / 3.0, -4020 / 3.0});
     const auto port = platform::CairoPort::pixelPort({340, 410}, 2);
-    for (const MzPolygon& part : polygonsOf(italy->clippedMultiPolygonWithRegion(&view))) {
+    for (const MzPolygon& part : polygonsOf(italy->clippedMultiPolygonWithRegion(&view)))
         for (const MzLinearRing& ring : ringsOf(&part)) port->addLines(pointsOf(&ring));
-    }
-    port->setRGBFillColor(0.82, 0.88, 0.72, 1);
-    port->setRGBStrokeColor(0.35, 0.50, 0.62, 1);
-    port->drawPath(platform::PathDrawingMode::EvenOddFillStroke);
+    port->setRGBFillColor(0.55, 0.68, 0.47, 1);
+    port->drawPath(platform::PathDrawingMode::EvenOddFill);
     return port->writePNG(files[2]) ? 0 : 1;
 }

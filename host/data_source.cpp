@@ -7,10 +7,10 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <cstring>
 #include <filesystem>
 #include <mutex>
 #include <optional>
+#include <system_error>
 #include <utility>
 
 #include <cpl_conv.h>
@@ -220,6 +220,7 @@ class LibraryBackend final : public DataSource::Backend {
 
     std::vector<std::string> layerNames() const override {
         std::vector<std::string> names;
+        names.reserve(layers_.size());
         for (OGRLayer* layer : layers_) names.emplace_back(layer->GetName());
         return names;
     }
@@ -280,16 +281,16 @@ Address addressOf(const std::string& source) {
     const std::size_t colon = source.rfind(':');
     const std::string path = source.substr(0, colon);
     if (colon == std::string::npos || !std::filesystem::exists(path, error)) {
-        throw Failure(source, std::strerror(ENOENT));
+        throw Failure(source, std::generic_category().message(ENOENT));
     }
     return addressOfPath(path, source.substr(colon + 1));
 }
 
 std::unique_ptr<DataSource::Backend> backendFor(const Address& address) {
     if (!isWKBFile(address.name)) return std::make_unique<LibraryBackend>(address);
-    if (address.layer.value_or(layerNameOfFile(address.name)) != layerNameOfFile(address.name)) {
-        throw Failure(address.name, "no layer " + *address.layer);
-    }
+    const std::string layer = layerNameOfFile(address.name);
+    const std::string wanted = address.layer.value_or(layer);
+    if (wanted != layer) throw Failure(address.name, "no layer " + wanted);
     return std::make_unique<WKBBackend>(address.name);
 }
 

@@ -73,11 +73,10 @@ Points finitePoints(std::span<const MzPoint> points) {
 
 /// Adds the points at whole y between `p` and `q` on a line of constant x.
 void addWholeSteps(Points& points, MzPoint p, MzPoint q) {
-    if (p.y < q.y) {
-        for (double y = std::floor(p.y) + 1; y < q.y; ++y) points.push_back({p.x, y});
-    } else {
-        for (double y = std::ceil(p.y) - 1; y > q.y; --y) points.push_back({p.x, y});
-    }
+    const double step = p.y < q.y ? 1 : -1;
+    const double first = (p.y < q.y ? std::floor(p.y) : std::ceil(p.y)) + step;
+    const auto count = static_cast<int>(std::ceil((q.y - first) * step));
+    for (int i = 0; i < count; ++i) points.push_back({p.x, first + i * step});
 }
 
 /// The ring, closed, with steps along the limits.

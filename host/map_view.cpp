@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 #include <vector>
 
 namespace mezalith::host {
@@ -56,7 +57,7 @@ BoundingBox projectedArea(const MzMapProjection& projection, const BoundingBox& 
     return extent;
 }
 
-MapView::MapView(const ViewFrame& frame) : frame_(frame) {
+MapView::MapView(ViewFrame frame) : frame_(std::move(frame)) {
     const MzMapProjection& projection = *frame_.projection;
     const BoundingBox extent = projectedArea(projection, frame_.area);
     if (extent.isEmpty()) throw Failure(projection.name(), "the area lies out of its reach");
@@ -72,7 +73,7 @@ MapView::MapView(const ViewFrame& frame) : frame_(frame) {
                         unitsPerPixel_ / kPixelSize;
     region_ = MzClippingRegion::initWithDrawContext(this);
     region_->setMinSpacing(kSpacing / frame_.pixelRatio * unitsPerPixel_);
-    cutter_.emplace(frame_.projection, region_);
+    cutter_ = std::make_unique<ViewCutter>(frame_.projection, region_);
 }
 
 std::shared_ptr<MzAffineTransform> MapView::projectedToPixelTransform() const {

@@ -7,7 +7,6 @@
 #include <mezalith/style/draw_context.hpp>
 
 #include <memory>
-#include <optional>
 
 namespace mezalith::host {
 
@@ -35,7 +34,7 @@ class MapView final : public MzDrawContext {
     static constexpr double kSpacing = 0.5;
 
     /// Throws a Failure when the area is empty, not finite, or out of the projection's reach.
-    explicit MapView(const ViewFrame& frame);
+    explicit MapView(ViewFrame frame);
 
     std::shared_ptr<MzAffineTransform> projectedToPixelTransform() const override;
     MzRect projectedBounds() const override { return bounds_; }
@@ -56,7 +55,7 @@ class MapView final : public MzDrawContext {
     double unitsPerPixel_ = 0;
     double scaleDenominator_ = 0;
     std::shared_ptr<MzClippingRegion> region_;
-    std::optional<ViewCutter> cutter_;
+    std::unique_ptr<ViewCutter> cutter_;
 };
 
 /// The box around the projected `area` (degrees), or around what of it is within the projection's

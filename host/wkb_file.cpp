@@ -7,7 +7,6 @@
 #include <array>
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <filesystem>
 #include <memory>
 
@@ -22,13 +21,13 @@ struct CloseFile {
 
 std::vector<std::byte> readFile(const std::string& path) {
     const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(path.c_str(), "rb"));
-    if (file == nullptr) throw Failure(path, std::strerror(errno));
+    if (file == nullptr) throw Failure(path, std::generic_category().message(errno));
     std::vector<std::byte> bytes;
     std::array<std::byte, 1 << 16> block;
     while (const std::size_t count = std::fread(block.data(), 1, block.size(), file.get())) {
         bytes.insert(bytes.end(), block.begin(), block.begin() + count);
     }
-    if (std::ferror(file.get()) != 0) throw Failure(path, std::strerror(errno));
+    if (std::ferror(file.get()) != 0) throw Failure(path, std::generic_category().message(errno));
     return bytes;
 }
 

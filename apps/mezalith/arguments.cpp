@@ -54,6 +54,7 @@ std::vector<double> numbersArgument(const std::string& name, std::string_view te
         throw UsageError(name, "\"" + std::string(text) + "\" is not of the form " + form);
     }
     std::vector<double> numbers;
+    numbers.reserve(parts.size());
     for (const std::string& part : parts) numbers.push_back(numberArgument(name, part));
     return numbers;
 }

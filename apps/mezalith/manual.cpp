@@ -123,7 +123,7 @@ complete -o bashdefault -o default -F _mezalith mezalith
 }  // namespace
 
 std::string manualPage(const CLI::App& app, const std::string& version) {
-    std::string page = ".TH MEZALITH 1 \"\" \"mezalith " + version + "\" \"User Commands\"\n" +
+    std::string page = R"(.TH MEZALITH 1 "" "mezalith )" + version + "\" \"User Commands\"\n" +
                        ".SH NAME\nmezalith \\- " + escaped(app.get_description()) +
                        "\n.SH SYNOPSIS\n.B mezalith\n.I COMMAND\n[options] [arguments]\n" +
                        ".SH DESCRIPTION\nOne program with a command for each task. Results go to "

@@ -6,7 +6,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <system_error>
 #include <utility>
@@ -58,7 +57,9 @@ OutputFile::~OutputFile() {
     if (!temporary_.empty()) ::unlink(temporary_.c_str());
 }
 
-void OutputFile::fail(int error) const { throw host::Failure(path_, std::strerror(error)); }
+void OutputFile::fail(int error) const {
+    throw host::Failure(path_, std::generic_category().message(error));
+}
 
 void OutputFile::openTemporary() {
     const fs::path target(target_);

@@ -6,7 +6,7 @@
 
 #include <cerrno>
 #include <cmath>
-#include <cstring>
+#include <system_error>
 #include <utility>
 
 #include <nlohmann/json.hpp>
@@ -35,7 +35,9 @@ void TextOutput::finish() {
     if (std::fflush(stream_) != 0) fail();
 }
 
-void TextOutput::fail() const { throw host::Failure(name_, std::strerror(errno)); }
+void TextOutput::fail() const {
+    throw host::Failure(name_, std::generic_category().message(errno));
+}
 
 JsonObject& JsonObject::add(std::string_view key, double value) {
     return addJson(key, jsonNumber(value));

@@ -20,7 +20,7 @@ bool MzSpatialObjectDrawAdditions::isAtPoint(MzPoint point, MzDrawContext* conte
     return style != nullptr && style->isSpatialObject(this, point, context, selected);
 }
 
-std::uint32_t MzSpatialObjectDrawAdditions::spatialObjectEventOptions() {
+std::uint32_t MzSpatialObjectDrawAdditions::spatialObjectEventOptions() const {
     const auto style = this->style();
     return style != nullptr ? style->spatialObjectEventOptions() : 0;
 }

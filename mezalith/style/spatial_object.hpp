@@ -33,7 +33,7 @@ class MEZALITH_EXPORT MzSpatialObjectDrawAdditions : public MzIndexable {
     void drawInContext(MzDrawContext* context, bool selected);
     /// Whether a click at `point` (view points) hits. Asks anything, conforming or not.
     bool isAtPoint(MzPoint point, MzDrawContext* context, bool selected);
-    std::uint32_t spatialObjectEventOptions();
+    std::uint32_t spatialObjectEventOptions() const;
     void mouseEntered(const platform::Event& event, MzPoint point, MzDrawContext* context);
     void mouseExited(const platform::Event& event, MzPoint point, MzDrawContext* context);
     void mouseMoved(const platform::Event& event, MzPoint point, MzDrawContext* context);

@@ -84,7 +84,7 @@ Bytes resultOf(const Given& given) {
         const Bytes document = host::readFile(given.geoJSON);
         const std::string_view view(reinterpret_cast<const char*>(document.data()),
                                     document.size());
-        const Bytes wkb = about(given.geoJSON, [&] { return host::wkbFromGeoJSON(view); });
+        Bytes wkb = about(given.geoJSON, [&] { return host::wkbFromGeoJSON(view); });
         if (!given.output.empty()) return wkb;
         text = hexadecimalFromBytes(wkb);
     } else {

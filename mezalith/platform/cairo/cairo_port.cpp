@@ -143,7 +143,7 @@ struct CairoPort::Impl {
         }
     }
 
-    bool writePNG(Output output);
+    bool writePNG(Output output) const;
 
     void fill(cairo_fill_rule_t rule) { canvas.fill(path, rule, state.fillColor, state.shadow); }
 
@@ -235,14 +235,15 @@ std::span<const std::uint32_t> CairoPort::pixelRow(int row) const {
     return {reinterpret_cast<const std::uint32_t*>(bytes), static_cast<std::size_t>(pixelWidth())};
 }
 
-bool CairoPort::Impl::writePNG(Output output) {
+bool CairoPort::Impl::writePNG(Output output) const {
     if (!hasPixels() || canvas.common()->error) {
         return false;
     }
     const cairo_status_t status =
         cairo_surface_write_to_png_stream(canvas.surface(), detail::writeToOutput, &output);
-    if (!output.close()) {
-        canvas.common()->report(*output.error());
+    output.close();
+    if (const auto& error = output.error()) {
+        canvas.common()->report(*error);
     }
     return canvas.common()->check(status);
 }

@@ -46,6 +46,11 @@ class CountingIterator {
 /// Builds a value from the events of a parser; stops at whatever is refused.
 class Builder final : public nlohmann::json_sax<JsonRead> {
   public:
+    // NOLINTNEXTLINE(bugprone-exception-escape): an empty value is made without allocating
+    Builder() = default;
+    Builder(const Builder&) = delete;
+    Builder& operator=(const Builder&) = delete;
+
     JsonRead root;
     std::string error;
 

@@ -20,7 +20,7 @@ using JsonRead = nlohmann::json;
 
 /// Arrays and objects within each other.
 inline constexpr int deepestJson = 64;
-inline constexpr std::size_t longestJson = 4 * 1024 * 1024;
+inline constexpr std::size_t longestJson = std::size_t{4} * 1024 * 1024;
 
 inline constexpr char rootKey[] = "root";
 inline constexpr char arraysKey[] = "arrays";

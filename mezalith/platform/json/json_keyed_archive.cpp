@@ -196,7 +196,7 @@ struct JsonKeyedUnarchiver::Source {
             return nullptr;
         }
         const JsonKeyedUnarchiver coder(
-            std::unique_ptr<Source>(new Source{value, where, classes, remarks}));
+            std::make_unique<Source>(Source{value, where, classes, remarks}));
         auto result = classes.make(className, coder);
         if (!result) {
             remark(where, "no " + className);
