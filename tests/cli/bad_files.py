@@ -6,6 +6,8 @@ say at most one line, name the file in it, and leave no picture behind when it f
     bad_files.py PROGRAM
 """
 
+import concurrent.futures
+import os
 import pathlib
 import subprocess
 import sys
@@ -50,19 +52,25 @@ def complaints(program, arguments, picture):
         yield "a picture was left"
 
 
+def check(file):
+    """All complaints about one file."""
+    found = []
+    with tempfile.TemporaryDirectory() as folder:
+        picture = pathlib.Path(folder) / "map.png"
+        for arguments in commands(file, str(picture)):
+            for complaint in complaints(sys.argv[1], arguments, picture):
+                found.append(f"{' '.join(arguments)}: {complaint}")
+            picture.unlink(missing_ok=True)
+    return found
+
+
 def main():
     files = sorted(str(file) for folder in ("map", "wkb") for file in (BAD / folder).iterdir())
-    failed = 0
-    for file in files:
-        with tempfile.TemporaryDirectory() as folder:
-            picture = pathlib.Path(folder) / "map.png"
-            for arguments in commands(file, str(picture)):
-                for complaint in complaints(sys.argv[1], arguments, picture):
-                    failed += 1
-                    print(f"{' '.join(arguments)}: {complaint}")
-                picture.unlink(missing_ok=True)
-    print(f"{len(files)} files, {failed} complaints")
-    sys.exit(failed > 0 or len(files) < 100)
+    with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
+        found = [complaint for answers in pool.map(check, files) for complaint in answers]
+    print("\n".join(found))
+    print(f"{len(files)} files, {len(found)} complaints")
+    sys.exit(bool(found) or len(files) < 100)
 
 
 if __name__ == "__main__":
