@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/longitude_cut.hpp"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <utility>
@@ -9,6 +10,8 @@ namespace mezalith::host {
 namespace {
 
 using Points = std::vector<MzPoint>;
+
+constexpr double kPole = 90;
 
 bool equal(MzPoint a, MzPoint b) { return a.x == b.x && a.y == b.y; }
 
@@ -71,11 +74,13 @@ Points finitePoints(std::span<const MzPoint> points) {
     return finite;
 }
 
-/// Adds the points at whole y between `p` and `q` on a line of constant x.
+/// Adds the points at whole y between `p` and `q` on a line of constant x, from pole to pole.
 void addWholeSteps(Points& points, MzPoint p, MzPoint q) {
-    const double step = p.y < q.y ? 1 : -1;
-    const double first = (p.y < q.y ? std::floor(p.y) : std::ceil(p.y)) + step;
-    const auto count = static_cast<int>(std::ceil((q.y - first) * step));
+    const double from = std::clamp(p.y, -kPole, kPole);
+    const double to = std::clamp(q.y, -kPole, kPole);
+    const double step = from < to ? 1 : -1;
+    const double first = (from < to ? std::floor(from) : std::ceil(from)) + step;
+    const auto count = static_cast<int>(std::ceil((to - first) * step));
     for (int i = 0; i < count; ++i) points.push_back({p.x, first + i * step});
 }
 

@@ -88,6 +88,11 @@ TEST(RingBetween, StepsAlongTheLimits) {
     expectEqual(cut, {{5, 3}, {5, 2}, {5, 1}, {5, 0.5}, {9, 0.5}, {9, 3}, {5, 3}});
 }
 
+TEST(RingBetween, StepsNoFartherThanThePoles) {
+    const Points cut = ringBetween(Points{{0, -1e300}, {9, -1e300}, {9, 1e300}, {0, 1e300}}, 5, 20);
+    EXPECT_EQ(cut.size(), 5u + 179u);
+}
+
 TEST(RingBetween, IsEmptyOutside) {
     EXPECT_TRUE(ringBetween(Points{{0, 0}, {1, 0}, {1, 1}, {0, 0}}, 5, 6).empty());
     EXPECT_TRUE(ringBetween(Points{}, 5, 6).empty());
