@@ -15,8 +15,9 @@ TEST(ArchiveClasses, MakesAnObjectOfTheClassOfThisName) {
     const ArchiveClasses classes = ArchiveClasses::platformClasses();
     KeyedStore color;
     Color::cyanColor()->encodeWithCoder(color);
+    const Shadow original;
     KeyedStore shadow;
-    Shadow().encodeWithCoder(shadow);
+    original.encodeWithCoder(shadow);
     EXPECT_NE(dynamic_cast<const Color*>(classes.make("Color", color).get()), nullptr);
     EXPECT_NE(dynamic_cast<const Shadow*>(classes.make("Shadow", shadow).get()), nullptr);
 }
