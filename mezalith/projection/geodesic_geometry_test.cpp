@@ -26,14 +26,16 @@ class ShortOfMemory {
 
 }  // namespace
 
-void* operator new(std::size_t size) {
+[[gnu::noinline]] void* operator new(std::size_t size) {
     void* const block = size <= largestBlock ? std::malloc(size) : nullptr;
     if (block == nullptr) throw std::bad_alloc();
     return block;
 }
 
-void operator delete(void* block) noexcept { std::free(block); }
-void operator delete(void* block, std::size_t /*size*/) noexcept { std::free(block); }
+[[gnu::noinline]] void operator delete(void* block) noexcept { std::free(block); }
+[[gnu::noinline]] void operator delete(void* block, std::size_t /*size*/) noexcept {
+    std::free(block);
+}
 
 namespace mezalith {
 namespace {
