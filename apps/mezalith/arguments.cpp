@@ -36,6 +36,12 @@ double numberArgument(const std::string& name, std::string_view text) {
     return *number;
 }
 
+double positiveArgument(const std::string& name, std::string_view text) {
+    const double number = numberArgument(name, text);
+    if (number <= 0) throw UsageError(name, std::string(text) + " is not greater than 0");
+    return number;
+}
+
 std::vector<std::string> split(std::string_view text, char separator) {
     std::vector<std::string> parts;
     std::size_t begin = 0;

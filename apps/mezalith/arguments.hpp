@@ -23,6 +23,9 @@ std::vector<std::string> argumentsForParser(int count, const char* const* argume
 /// otherwise.
 double numberArgument(const std::string& name, std::string_view text);
 
+/// The same for a number greater than 0.
+double positiveArgument(const std::string& name, std::string_view text);
+
 /// The parts of `text` between `separator`s, one at least.
 std::vector<std::string> split(std::string_view text, char separator);
 

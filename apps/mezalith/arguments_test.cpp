@@ -32,6 +32,13 @@ TEST(NumberArgument, ReadsFiniteNumbersOnly) {
     }
 }
 
+TEST(PositiveArgument, IsGreaterThanZero) {
+    EXPECT_EQ(positiveArgument("--size", "1e-300"), 1e-300);
+    EXPECT_EQ(usageErrorOf([] { positiveArgument("N", "0"); }), "N: 0 is not greater than 0");
+    EXPECT_EQ(usageErrorOf([] { positiveArgument("N", "-1"); }), "N: -1 is not greater than 0");
+    EXPECT_EQ(usageErrorOf([] { positiveArgument("N", "x"); }), "N: \"x\" is not a number");
+}
+
 TEST(Split, KeepsEmptyParts) {
     EXPECT_EQ(split("a,b", ','), (std::vector<std::string>{"a", "b"}));
     EXPECT_EQ(split(",", ','), (std::vector<std::string>{"", ""}));

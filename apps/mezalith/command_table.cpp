@@ -6,7 +6,7 @@
 namespace mezalith::app {
 namespace {
 
-constexpr std::array<Command, 8> kCommands{{
+constexpr std::array<Command, 9> kCommands{{
     {"render", "Maps", "Draw a map as PNG, SVG or PDF", setUpRender},
     {"info", "Data", "Say what a source of map data holds", setUpInfo},
     {"wkb", "Data", "Inspect and convert Well-Known Binary", setUpWKB},
@@ -14,6 +14,7 @@ constexpr std::array<Command, 8> kCommands{{
     {"distance", "Geodesy", "Great-circle distance between two points, metres", setUpDistance},
     {"bearing", "Geodesy", "Initial bearing from one point to another, degrees", setUpBearing},
     {"midpoint", "Geodesy", "Point halfway along a great circle", setUpMidpoint},
+    {"geodesic", "Geodesy", "Points along the great circle between two points", setUpGeodesic},
     {"destination", "Geodesy", "Point at a distance and bearing from another", setUpDestination},
 }};
 

@@ -30,6 +30,7 @@ void setUpProject(CLI::App& command);
 void setUpDistance(CLI::App& command);
 void setUpBearing(CLI::App& command);
 void setUpMidpoint(CLI::App& command);
+void setUpGeodesic(CLI::App& command);
 void setUpDestination(CLI::App& command);
 
 }  // namespace mezalith::app

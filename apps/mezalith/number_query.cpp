@@ -50,24 +50,42 @@ void checkLatitude(const std::string& name, double latitude) {
     }
 }
 
+NumberQuery::NumberQuery(std::vector<NumberField> fields, ListFunction function, bool isList)
+    : fields_(std::move(fields)), function_(std::move(function)), isList_(isList) {}
+
+NumberQuery::NumberQuery(std::vector<NumberField> fields, ListFunction function)
+    : NumberQuery(std::move(fields), std::move(function), true) {}
+
 NumberQuery::NumberQuery(std::vector<NumberField> fields, Function function)
-    : fields_(std::move(fields)), function_(std::move(function)) {}
+    : NumberQuery(
+          std::move(fields),
+          [function = std::move(function)](std::span<const double> numbers,
+                                           const AnswerSink& sink) { sink(function(numbers)); },
+          false) {}
 
 void NumberQuery::setUp(CLI::App& command, std::vector<NumberField> fields, Function function) {
+    NumberQuery(std::move(fields), std::move(function)).addTo(command);
+}
+
+void NumberQuery::setUpList(CLI::App& command, std::vector<NumberField> fields,
+                            ListFunction function) {
+    NumberQuery(std::move(fields), std::move(function)).addTo(command);
+}
+
+void NumberQuery::addTo(CLI::App& command) const {
     struct Given {
         std::vector<std::string> numbers;
         bool json = false;
     };
     const auto given = std::make_shared<Given>();
-    given->numbers.resize(fields.size());
+    given->numbers.resize(fields_.size());
     std::vector<const CLI::Option*> options;
-    for (std::size_t i = 0; i < fields.size(); ++i) {
+    for (std::size_t i = 0; i < fields_.size(); ++i) {
         options.push_back(
-            command.add_option(fields[i].name, given->numbers[i], fields[i].help)->type_name(""));
+            command.add_option(fields_[i].name, given->numbers[i], fields_[i].help)->type_name(""));
     }
     command.add_flag("--json", given->json, "Print one JSON object a line");
-    NumberQuery query(std::move(fields), std::move(function));
-    command.callback([given, options, query]() mutable {
+    command.callback([given, options, query = *this]() mutable {
         query.setJson(given->json);
         const auto count = std::ranges::count_if(
             options, [](const CLI::Option* option) { return option->count() > 0; });
@@ -95,6 +113,7 @@ void NumberQuery::answerArguments(std::span<const std::string> arguments,
 void NumberQuery::answerLines(std::istream& input, TextOutput& output) const {
     std::vector<double> numbers;
     std::size_t lineNumber = 0;
+    bool isFirst = true;
     const auto place = [&] { return "standard input, line " + std::to_string(lineNumber); };
     for (std::string line; std::getline(input, line);) {
         ++lineNumber;
@@ -104,6 +123,8 @@ void NumberQuery::answerLines(std::istream& input, TextOutput& output) const {
             throw host::Failure(place(), error.what());
         }
         if (numbers.size() < fields_.size()) continue;
+        if (isList_ && !json_ && !isFirst) output.write("\n");
+        isFirst = false;
         answer(numbers, output);
         numbers.clear();
     }
@@ -120,7 +141,10 @@ void NumberQuery::takeNumbers(const std::string& line, std::vector<double>& numb
 }
 
 void NumberQuery::answer(std::span<const double> numbers, TextOutput& output) const {
-    const Answer answer = function_(numbers);
+    function_(numbers, [&](const Answer& answer) { write(answer, output); });
+}
+
+void NumberQuery::write(const Answer& answer, TextOutput& output) const {
     for (const auto& [name, value] : answer) {
         if (!std::isfinite(value)) throw host::Failure(name, "no answer to these numbers");
     }

@@ -29,18 +29,28 @@ using Answer = std::vector<std::pair<const char*, double>>;
 /// Throws a UsageError about the argument `name` unless `latitude` lies within -90 and 90.
 void checkLatitude(const std::string& name, double latitude);
 
+/// Takes the answers to one query, one by one.
+using AnswerSink = std::function<void(const Answer&)>;
+
 /// A command that turns a few numbers into a few others. The numbers are its arguments or, when
-/// there are none, come on standard input: each answer takes as many as there are fields, from one
+/// there are none, come on standard input: each query takes as many as there are fields, from one
 /// line or, point by point, from several. Answers are one line each: the values, or with --json an
-/// object with the names.
+/// object with the names. Where a query has several answers, an empty line parts those of one line
+/// of input from those of the next, except with --json.
 class NumberQuery {
   public:
     using Function = std::function<Answer(std::span<const double>)>;
+    /// Answers by any number of lines.
+    using ListFunction = std::function<void(std::span<const double>, const AnswerSink&)>;
 
     /// Adds positional arguments and --json to `command`, and runs `function` when it is called.
     static void setUp(CLI::App& command, std::vector<NumberField> fields, Function function);
+    /// The same with several answers to a query.
+    static void setUpList(CLI::App& command, std::vector<NumberField> fields,
+                          ListFunction function);
 
     NumberQuery(std::vector<NumberField> fields, Function function);
+    NumberQuery(std::vector<NumberField> fields, ListFunction function);
 
     /// Answers the arguments. Throws a UsageError for a wrong one.
     void answerArguments(std::span<const std::string> arguments, TextOutput& output) const;
@@ -50,11 +60,16 @@ class NumberQuery {
     void setJson(bool json) { json_ = json; }
 
   private:
+    NumberQuery(std::vector<NumberField> fields, ListFunction function, bool isList);
+
+    void addTo(CLI::App& command) const;
     void answer(std::span<const double> numbers, TextOutput& output) const;
+    void write(const Answer& answer, TextOutput& output) const;
     void takeNumbers(const std::string& line, std::vector<double>& numbers) const;
 
     std::vector<NumberField> fields_;
-    Function function_;
+    ListFunction function_;
+    bool isList_;
     bool json_ = false;
 };
 

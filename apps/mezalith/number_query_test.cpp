@@ -46,8 +46,7 @@ struct Outcome {
     std::string error;
 };
 
-Outcome run(const std::string& input, bool json = false) {
-    NumberQuery query = sumQuery();
+Outcome run(NumberQuery query, const std::string& input, bool json = false) {
     query.setJson(json);
     Sink sink;
     TextOutput output(sink.stream(), "sink");
@@ -59,6 +58,8 @@ Outcome run(const std::string& input, bool json = false) {
     }
     return {sink.text(), ""};
 }
+
+Outcome run(const std::string& input, bool json = false) { return run(sumQuery(), input, json); }
 
 TEST(NumberQuery, AnswersArguments) {
     Sink sink;
@@ -91,6 +92,15 @@ TEST(NumberQuery, AnswersEachLine) {
 }
 
 TEST(NumberQuery, TakesNumbersFromSeveralLines) { EXPECT_EQ(run("1 2\n3\n").text, "6 1\n"); }
+
+TEST(NumberQuery, PartsListsOfAnswersByAnEmptyLine) {
+    const NumberQuery query({{"N", Kind::Plain, ""}},
+                            [](std::span<const double> n, const AnswerSink& sink) {
+                                for (double i = 1; i <= n[0]; ++i) sink({{"i", i}});
+                            });
+    EXPECT_EQ(run(query, "2\n0\n3\n").text, "1\n2\n\n\n1\n2\n3\n");
+    EXPECT_EQ(run(query, "1\n1\n", true).text, "{\"i\":1}\n{\"i\":1}\n");
+}
 
 TEST(NumberQuery, NamesTheLineThatIsWrong) {
     EXPECT_EQ(run("1 2 3\nx 2 3\n").error, "standard input, line 2: LON: \"x\" is not a number");

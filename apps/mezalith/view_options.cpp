@@ -9,12 +9,6 @@
 namespace mezalith::app {
 namespace {
 
-double positiveArgument(const std::string& name, const std::string& text) {
-    const double number = numberArgument(name, text);
-    if (number <= 0) throw UsageError(name, text + " is not greater than 0");
-    return number;
-}
-
 host::BoundingBox areaArgument(const std::string& text) {
     const auto sides = numbersArgument("--bbox", text, ',', 4, "W,S,E,N");
     // East of west across the antimeridian.

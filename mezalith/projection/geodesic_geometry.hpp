@@ -11,7 +11,8 @@ namespace mezalith {
 
 /// The great circle between two points as a multi-point: 2^k + 1 points from start to end, equally
 /// spaced by repeated bisection on the sphere of `MzEarthDistance`. Longitudes are not normalised:
-/// a line over the 180th meridian runs on beyond it and falls back at its end.
+/// a line over the 180th meridian runs on beyond it and falls back at its end. To draw great
+/// circles, take `MzGeodesicLines`.
 class MEZALITH_EXPORT MzGeodesicGeometry : public MzMultiPointGeometry {
   public:
     /// `start` and `end` are longitude and latitude in degrees, `resolution` is in metres, and k =

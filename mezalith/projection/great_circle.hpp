@@ -22,7 +22,8 @@ inline constexpr double MzEarthRadius = 6327000.0;
 
 /// Haversine distance, within 1e-8 m up to 10 km, 1e-7 m between points up to 170 degrees apart and
 /// 0.5 m beyond.
-/// Settled: exact antipodes may give NaN, as rounding can bring the haversine above 1.
+/// Settled: exact antipodes may give NaN, as rounding can bring the haversine above 1;
+/// `MzGeodesicDistance` answers there, too.
 MEZALITH_EXPORT double MzEarthDistance(double longitude1, double latitude1, double longitude2,
                                        double latitude2);
 
