@@ -16,5 +16,18 @@ TEST(DrawContext, MakesTheClippingRegionOfItsView) {
     EXPECT_EQ(region->transform().get(), context.transform.get());
 }
 
+TEST(DrawContext, HoldsNoViewsUnlessTheHostSaysHow) {
+    class Plain : public testing::TestDrawContext {
+      public:
+        void addSubview(const std::shared_ptr<platform::View>& child) override {
+            MzDrawContext::addSubview(child);
+        }
+    } context;
+    const auto child = std::make_shared<platform::View>();
+    context.addSubview(child);
+    context.addSubview(nullptr);
+    EXPECT_EQ(child->superview(), nullptr);
+}
+
 }  // namespace
 }  // namespace mezalith

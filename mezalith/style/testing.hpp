@@ -24,6 +24,8 @@ using Lines = std::vector<std::string>;
 /// A view of the square from -1000 to 1000, one projected unit and one degree per view point, that
 /// keeps every vertex. Its parts can be changed or taken away.
 class TestDrawContext : public MzDrawContext {
+    static constexpr MzRect kView{{-1000, -1000}, {2000, 2000}};
+
   public:
     std::shared_ptr<MzMapProjection> projection = std::make_shared<MzMapProjection>();
     std::shared_ptr<MzClippingRegion> region = std::make_shared<MzClippingRegion>();
@@ -31,6 +33,7 @@ class TestDrawContext : public MzDrawContext {
     double denominator = 1000;
     double factor = 1;
     mutable int regionRequests = 0;  ///< how often the region was asked for
+    platform::View view{kView};      ///< holds the child views
 
     TestDrawContext() {
         region->setClippingRect(kView);
@@ -49,9 +52,9 @@ class TestDrawContext : public MzDrawContext {
     }
     MzRect projectedBounds() const override { return kView; }
     double projectedUnitsPerPixel() const override { return 1; }
-
-  private:
-    static constexpr MzRect kView{{-1000, -1000}, {2000, 2000}};
+    void addSubview(const std::shared_ptr<platform::View>& child) override {
+        view.addSubview(child);
+    }
 };
 
 /// A feature that is nothing but its parts.
