@@ -57,7 +57,8 @@ BoundingBox projectedArea(const MzMapProjection& projection, const BoundingBox& 
     return extent;
 }
 
-MapView::MapView(ViewFrame frame) : frame_(std::move(frame)) {
+MapView::MapView(ViewFrame frame)
+    : frame_(std::move(frame)), subviews_(MzRect{{0, 0}, frame_.size}) {
     const MzMapProjection& projection = *frame_.projection;
     const BoundingBox extent = projectedArea(projection, frame_.area);
     if (extent.isEmpty()) throw Failure(projection.name(), "the area lies out of its reach");
@@ -81,6 +82,10 @@ std::shared_ptr<MzAffineTransform> MapView::projectedToPixelTransform() const {
     transform->scaleBy(1 / unitsPerPixel_);
     transform->translateXBy(-bounds_.origin.x, -bounds_.origin.y);
     return transform;
+}
+
+void MapView::addSubview(const std::shared_ptr<platform::View>& view) {
+    subviews_.addSubview(view);
 }
 
 void MapView::draw(const Feature& feature, bool selected) {

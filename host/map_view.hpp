@@ -4,6 +4,7 @@
 #include "host/bounding_box.hpp"
 #include "host/feature.hpp"
 #include "host/view_cutter.hpp"
+#include <mezalith/platform/view.hpp>
 #include <mezalith/style/draw_context.hpp>
 
 #include <memory>
@@ -44,10 +45,15 @@ class MapView final : public MzDrawContext {
     /// For the middle of the view.
     double scaleDenominator() const override { return scaleDenominator_; }
     double scaleFactor() const override { return frame_.scaleFactor; }
+    void addSubview(const std::shared_ptr<platform::View>& view) override;
     const ViewFrame& frame() const { return frame_; }
 
     /// Draws what can be seen of the feature into the current graphics port.
     void draw(const Feature& feature, bool selected = false);
+    /// Draws the views that features put into this one, such as callouts, over everything.
+    void drawSubviews() { subviews_.display(); }
+    /// Holds them; its frame is that of the map, from (0, 0).
+    const platform::View& subviews() const { return subviews_; }
 
   private:
     ViewFrame frame_;
@@ -56,6 +62,7 @@ class MapView final : public MzDrawContext {
     double scaleDenominator_ = 0;
     std::shared_ptr<MzClippingRegion> region_;
     std::unique_ptr<ViewCutter> cutter_;
+    platform::View subviews_;
 };
 
 /// The box around the projected `area` (degrees), or around what of it is within the projection's

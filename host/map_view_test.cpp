@@ -3,8 +3,10 @@
 
 #include "host/failure.hpp"
 #include <mezalith/geometry/multi_point_geometry.hpp>
+#include <mezalith/geometry/point_geometry.hpp>
 #include <mezalith/geometry/polygon_geometry.hpp>
 #include <mezalith/platform/recording_port.hpp>
+#include <mezalith/style/bubble_symbolizer.hpp>
 #include <mezalith/style/line_symbolizer.hpp>
 #include <mezalith/style/polygon_symbolizer.hpp>
 #include <mezalith/style/style.hpp>
@@ -144,6 +146,40 @@ TEST(MapView, HandsItsScaleFactorOn) {
     frame.scaleFactor = 3;
     const auto lines = drawn(frame, polyline({{0, 0}, {30, 0}}));
     EXPECT_NE(std::ranges::find(lines, "setLineWidth 6"), lines.end());
+}
+
+/// A place with a callout that is nothing but its bubble.
+Feature place(MzPoint point, const std::shared_ptr<MzBubbleSymbolizer>& callout) {
+    Feature feature(std::make_shared<FeatureRecord>(),
+                    {Form::Points, MzPointGeometry::initWithPoint(point)});
+    auto style = std::make_shared<MzStyle>();
+    const auto rule = std::make_shared<MzRule>();
+    rule->addSymbolizer(callout);
+    style->addRule(rule);
+    feature.setStyle(style);
+    return feature;
+}
+
+TEST(MapView, ShowsCalloutsOverEverything) {
+    MapView view(worldFrame());
+    platform::RecordingPort port;
+    const platform::GraphicsContext context(&port);
+    view.draw(place({30, 0}, MzBubbleSymbolizer::initWithNib("none", {})));
+    EXPECT_TRUE(port.lines().empty());
+    view.drawSubviews();
+    EXPECT_TRUE(MzEqualRects(view.subviews().frame(), {{0, 0}, {1200, 600}}));
+    EXPECT_NE(std::ranges::find(port.lines(), "translate 675 300"), port.lines().end());
+}
+
+TEST(MapView, ShowsACalloutWhereTheFeatureIsRatherThanACopyBeyondTheEdge) {
+    MapView view(worldFrame());
+    platform::RecordingPort port;
+    const platform::GraphicsContext context(&port);
+    const auto callout = MzBubbleSymbolizer::initWithNib("none", {});
+    view.draw(place({-177, 0}, callout));
+    EXPECT_EQ(callout->bubbleView()->frame().origin.x, 10 - 25);
+    view.draw(place({183, 0}, callout));
+    EXPECT_EQ(callout->bubbleView()->frame().origin.x, 1210 - 25);
 }
 
 }  // namespace

@@ -61,6 +61,14 @@ std::shared_ptr<MzGeometry> multiPoint(Points points) {
         {static_cast<std::uint32_t>(points.size()), points.data()});
 }
 
+/// Of the points of `whole`, some: a point stays a point, alone.
+std::shared_ptr<MzGeometry> pointsLike(const MzGeometry& whole, Points points) {
+    if (whole.geometryType() == MzGeometryTypePoint) {
+        return MzPointGeometry::initWithPoint(points.front());
+    }
+    return multiPoint(std::move(points));
+}
+
 std::shared_ptr<MzGeometry> polygon(Rings rings) {
     std::vector<MzLinearRing> records;
     for (Points& ring : rings) {
@@ -139,7 +147,8 @@ ViewCutter::ViewCutter(std::shared_ptr<MzMapProjection> projection,
 ViewCutter::Geometries ViewCutter::cut(const Part& part) const {
     Geometries pieces;
     const BoundingBox box = boundsOf(*part.geometry);
-    for (const double shift : {0.0, -360.0, 360.0}) {
+    // The feature where it is comes last: a callout, of which there is one, stays there.
+    for (const double shift : {-360.0, 360.0, 0.0}) {
         if (seen_.meets(box.movedBy(shift, 0))) cutCopy(pieces, part, shift);
     }
     return pieces;
@@ -159,7 +168,7 @@ void ViewCutter::cutCopy(Geometries& pieces, const Part& part, double shift) con
         if (part.form == Form::Line) {
             cutLine(pieces, points);
         } else {
-            cutPoints(pieces, points);
+            cutPoints(pieces, points, *part.geometry);
         }
     }
 }
@@ -171,12 +180,13 @@ bool ViewCutter::isClear(const Part& part) const {
     return rectangle_.holds(boundsOf(*part.geometry->geometryWithProjection(projection_)));
 }
 
-void ViewCutter::cutPoints(Geometries& pieces, const Points& points) const {
+void ViewCutter::cutPoints(Geometries& pieces, const Points& points,
+                           const MzGeometry& whole) const {
     Points kept;
     for (const MzPoint& point : points) {
         if (point.x >= reach_.minX && point.x <= reach_.maxX) kept.push_back(point);
     }
-    if (!kept.empty()) pieces.push_back(multiPoint(std::move(kept)));
+    if (!kept.empty()) pieces.push_back(pointsLike(whole, std::move(kept)));
 }
 
 void ViewCutter::cutLine(Geometries& pieces, const Points& line) const {

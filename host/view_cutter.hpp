@@ -45,7 +45,7 @@ class ViewCutter {
     using Points = std::vector<MzPoint>;
 
     void cutCopy(Geometries& pieces, const Part& part, double shift) const;
-    void cutPoints(Geometries& pieces, const Points& points) const;
+    void cutPoints(Geometries& pieces, const Points& points, const MzGeometry& whole) const;
     void cutLine(Geometries& pieces, const Points& line) const;
     void cutPolygon(Geometries& pieces, const std::vector<Points>& rings) const;
     bool isClear(const Part& part) const;
