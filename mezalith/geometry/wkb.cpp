@@ -35,7 +35,7 @@ std::uint32_t popInt(wkbCursor cursor, int order) {
 }
 
 double popDouble(wkbCursor cursor, int order) {
-    std::uint64_t bits;
+    std::uint64_t bits = 0;
     std::memcpy(&bits, *cursor, sizeof bits);
     skipDouble(cursor);
     return std::bit_cast<double>(order == wkbBigEndian ? __builtin_bswap64(bits) : bits);

@@ -21,7 +21,7 @@ inline constexpr std::size_t kRingBytes = 4;     // a ring without points
 inline constexpr std::size_t kElementBytes = 9;  // any other element without members
 
 inline std::uint32_t loadInt(const std::byte* from, int order) {
-    std::uint32_t value;
+    std::uint32_t value = 0;
     std::memcpy(&value, from, sizeof value);
     return order == wkbBigEndian ? __builtin_bswap32(value) : value;
 }
@@ -34,7 +34,7 @@ inline void loadPairs(const std::byte* from, std::size_t n, MzPoint* output, int
     }
     auto* to = reinterpret_cast<std::byte*>(output);
     for (std::size_t offset = 0; offset < n * kPairBytes; offset += sizeof(double)) {
-        std::uint64_t bits;
+        std::uint64_t bits = 0;
         std::memcpy(&bits, from + offset, sizeof bits);
         bits = __builtin_bswap64(bits);
         std::memcpy(to + offset, &bits, sizeof bits);

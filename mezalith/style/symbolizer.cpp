@@ -51,7 +51,8 @@ std::shared_ptr<MzGeometry> MzSymbolizer::visibleGeometry(
     if (projected == nullptr) return nullptr;
     const std::shared_ptr<MzClippingRegion> region = context->clippingRegion();
     const MzRect cullRect = region != nullptr ? region->clippingRect() : MzZeroRect;
-    return projected->mbrInsertsectsRect(cullRect) ? projected : nullptr;
+    if (!projected->mbrInsertsectsRect(cullRect)) return nullptr;
+    return projected;
 }
 
 platform::GraphicsPort* MzSymbolizer::currentGraphicsPort() {

@@ -52,6 +52,7 @@ bool isDrawable(const AffineTransform& t) {
 
 std::vector<unsigned> referencesOf(const std::vector<SurfaceHandle>& surfaces) {
     std::vector<unsigned> counts;
+    counts.reserve(surfaces.size());
     for (const SurfaceHandle& surface : surfaces) {
         counts.push_back(cairo_surface_get_reference_count(surface.get()));
     }
