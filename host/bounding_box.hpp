@@ -7,6 +7,7 @@
 #include <cmath>
 #include <limits>
 #include <span>
+#include <vector>
 
 namespace mezalith::host {
 
@@ -67,5 +68,17 @@ struct BoundingBox {
 
     friend bool operator==(const BoundingBox&, const BoundingBox&) = default;
 };
+
+/// Points along the sides of a box that is not empty, each side in `steps` steps.
+inline std::vector<MzPoint> outlineOf(const BoundingBox& box, int steps) {
+    std::vector<MzPoint> points;
+    for (int i = 0; i <= steps; ++i) {
+        const double t = static_cast<double>(i) / steps;
+        const double x = box.minX + box.width() * t;
+        const double y = box.minY + box.height() * t;
+        points.insert(points.end(), {{x, box.minY}, {x, box.maxY}, {box.minX, y}, {box.maxX, y}});
+    }
+    return points;
+}
 
 }  // namespace mezalith::host

@@ -69,5 +69,15 @@ TEST(BoundingBox, MovesAndComesFromARectangle) {
     EXPECT_EQ((BoundingBox{1, 2, 4, 6}.movedBy(10, -1)), (BoundingBox{11, 1, 14, 5}));
 }
 
+TEST(OutlineOf, RunsAlongAllSides) {
+    BoundingBox around;
+    for (const MzPoint p : outlineOf({1, 2, 5, 10}, 4)) {
+        EXPECT_TRUE(p.x == 1 || p.x == 5 || p.y == 2 || p.y == 10);
+        around.add(p);
+    }
+    EXPECT_EQ(around, (BoundingBox{1, 2, 5, 10}));
+    EXPECT_EQ(outlineOf({1, 2, 5, 10}, 4).size(), 20u);
+}
+
 }  // namespace
 }  // namespace mezalith::host

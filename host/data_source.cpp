@@ -38,7 +38,10 @@ class DataSource::Backend {
     virtual std::vector<std::string> layerNames() const = 0;
     /// How many records a layer says it has; 0 when it does not know.
     virtual std::size_t expectedRecords(std::size_t index) = 0;
+    /// May leave out what lies outside the area that was last asked for.
     virtual void forEachRecord(std::size_t index, const Sink& sink) = 0;
+    /// Everywhere, when there is none.
+    virtual void lookOnlyAt(std::size_t index, const std::optional<BoundingBox>& area) = 0;
 };
 
 namespace {
@@ -63,6 +66,7 @@ class WKBBackend final : public DataSource::Backend {
         surveyWKB(bytes_);
         sink({.id = 1, .attributes = {}, .wkb = bytes_, .problem = {}});
     }
+    void lookOnlyAt(std::size_t, const std::optional<BoundingBox>&) override {}
 
   private:
     std::string name_;
@@ -164,6 +168,11 @@ platform::Dictionary attributesOf(const OGRFeature& feature) {
     return attributes;
 }
 
+/// Degrees beyond what any layer holds, and still a number to every driver.
+constexpr double kEverywhere = 1e9;
+/// By how much layers of the whole globe, rounded, overlap themselves at the 180th meridian.
+constexpr double kSeam = 0.01;
+
 using Transformation = std::unique_ptr<OGRCoordinateTransformation>;
 using Geometry = std::unique_ptr<OGRGeometry>;
 
@@ -180,6 +189,19 @@ Transformation transformationOf(OGRLayer& layer, ErrorScope& errors) {
         throw Failure(layer.GetName(), errors.takeError("unknown reference system"));
     }
     return transformation;
+}
+
+/// The longitudes at which a layer may show something of `area`: its own, or all that there are
+/// when either repeats around the globe.
+std::pair<double, double> longitudesToRead(OGRLayer& layer, const BoundingBox& area) {
+    OGREnvelope extent;
+    const bool isKnown = layer.GetExtent(&extent, FALSE) == OGRERR_NONE;
+    const auto isWithin = [](double west, double east, double limit) {
+        return -limit <= west && east <= limit;
+    };
+    const bool isOnGlobe = isKnown && isWithin(extent.MinX, extent.MaxX, 180 + kSeam);
+    if (isOnGlobe && isWithin(area.minX, area.maxX, 180 - kSeam)) return {area.minX, area.maxX};
+    return {-kEverywhere, kEverywhere};
 }
 
 /// The simple geometry nearest in kind to `geometry`, which it consumes.
@@ -239,6 +261,17 @@ class LibraryBackend final : public DataSource::Backend {
             sink(recordOf(*feature, transformation.get(), errors));
         }
         if (errors.hasError()) throw Failure(layer.GetName(), errors.takeError(""));
+    }
+
+    void lookOnlyAt(std::size_t index, const std::optional<BoundingBox>& area) override {
+        ErrorScope errors;
+        OGRLayer& layer = *layers_[index];
+        if (!area || transformationOf(layer, errors) != nullptr) {
+            layer.SetSpatialFilter(nullptr);
+            return;
+        }
+        const auto [west, east] = longitudesToRead(layer, *area);
+        layer.SetSpatialFilterRect(west, area->minY, east, area->maxY);
     }
 
   private:
@@ -343,6 +376,7 @@ std::vector<std::string> DataSource::layerNames() const { return backend_->layer
 LayerDescription DataSource::describe(std::size_t index, const Progress& progress) {
     LayerDescription description{.name = layerNames()[index], .types = {}, .bounds = {}};
     try {
+        backend_->lookOnlyAt(index, {});
         forEachRecord(*backend_, index, progress,
                       [&](SourceRecord&& record) { addToDescription(description, record); });
     } catch (const Failure& failure) {
@@ -351,9 +385,11 @@ LayerDescription DataSource::describe(std::size_t index, const Progress& progres
     return description;
 }
 
-Layer DataSource::read(std::size_t index, const Progress& progress) {
+Layer DataSource::read(std::size_t index, const Progress& progress,
+                       const std::optional<BoundingBox>& area) {
     Layer layer{.name = layerNames()[index], .features = {}, .firstReason = {}};
     try {
+        backend_->lookOnlyAt(index, area);
         forEachRecord(*backend_, index, progress, [&](SourceRecord&& record) {
             try {
                 addToLayer(layer, std::move(record));

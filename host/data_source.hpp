@@ -8,6 +8,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -60,8 +61,11 @@ class DataSource {
 
     /// The features of the layer at `index`; one for each line of a multi-line-string and each
     /// member of a collection, sharing their attributes. Records without a geometry, and those
-    /// whose geometry cannot be used, make none.
-    Layer read(std::size_t index, const Progress& progress = {});
+    /// whose geometry cannot be used, make none. With an `area`, in degrees, records that lie
+    /// outside of it, and of its repetitions 360 degrees to the east and the west, are left out
+    /// where the source can tell without reading them all.
+    Layer read(std::size_t index, const Progress& progress = {},
+               const std::optional<BoundingBox>& area = {});
 
     class Backend;
 

@@ -2,6 +2,7 @@
 #include "host/data_source.hpp"
 
 #include "host/failure.hpp"
+#include "host/view_cutter.hpp"
 #include <mezalith/geometry/multi_point_geometry.hpp>
 #include <mezalith/geometry/point_geometry.hpp>
 
@@ -10,6 +11,7 @@
 #include <filesystem>
 #include <fstream>
 #include <numbers>
+#include <set>
 #include <thread>
 
 #include <gtest/gtest.h>
@@ -195,6 +197,62 @@ TEST_F(DataSourceTest, MakesPointsOfATableOfCoordinates) {
     const auto layer = DataSource(put("towns.csv", "name,lon,lat\nOslo,10.75,59.91\n")).read(0);
     ASSERT_EQ(layer.features.size(), 1u);
     EXPECT_EQ(layer.features[0]->featureName(), "Oslo");
+}
+
+std::set<std::int64_t> idsOf(const Layer& layer) {
+    std::set<std::int64_t> ids;
+    for (const auto& feature : layer.features) ids.insert(feature->record()->id);
+    return ids;
+}
+
+/// The records with a part that meets the area or one of its repetitions.
+std::set<std::int64_t> idsIn(const Layer& layer, const BoundingBox& area) {
+    std::set<std::int64_t> ids;
+    for (const auto& feature : layer.features) {
+        const BoundingBox box = boundsOf(*feature->geometry());
+        for (const double shift : {-360.0, 0.0, 360.0}) {
+            if (area.movedBy(shift, 0).meets(box)) ids.insert(feature->record()->id);
+        }
+    }
+    return ids;
+}
+
+TEST_F(DataSourceTest, LeavesOutWhatLiesOutsideTheArea) {
+    DataSource source(kMaps + "naturalearth-110m.gpkg:places");
+    const Layer all = source.read(0);
+    for (const BoundingBox& area : {BoundingBox{-10, 35, 30, 60}, BoundingBox{150, -50, 250, 10},
+                                    BoundingBox{-200, -50, -170, -30}, BoundingBox{0, 0, 0, 0}}) {
+        const std::set<std::int64_t> read = idsOf(source.read(0, {}, area));
+        EXPECT_LT(read.size(), all.features.size());
+        for (const std::int64_t id : idsIn(all, area)) EXPECT_TRUE(read.contains(id)) << id;
+    }
+    EXPECT_EQ(source.read(0).features.size(), all.features.size());
+    source.read(0, {}, BoundingBox{0, 0, 1, 1});
+    EXPECT_EQ(source.describe(0).features, all.features.size());
+}
+
+TEST_F(DataSourceTest, ReadsOnlyTheAreaOfALayerThatRoundsBeyondTheGlobe) {
+    DataSource source(kMaps + "naturalearth-110m.gpkg:land");
+    const BoundingBox area{100, -45, 170, -5};
+    const Layer land = source.read(0, {}, area);
+    EXPECT_FALSE(land.features.empty());
+    for (const auto& feature : land.features) {
+        EXPECT_TRUE(area.meets(boundsOf(*feature->geometry())));
+    }
+}
+
+TEST_F(DataSourceTest, FindsWhatIsStoredBeyondTheGlobeInItsArea) {
+    DataSource source(put("far.csv", "name,WKT\na,POINT (190 10)\nb,POINT (10 10)\n"));
+    EXPECT_EQ(source.read(0, {}, BoundingBox{-175, 0, -165, 20}).features.front()->featureName(),
+              "a");
+}
+
+TEST_F(DataSourceTest, ReadsAllOfAnotherReferenceSystem) {
+    DataSource source(put("zone.geojson", R"({"type": "FeatureCollection",
+        "crs": {"type": "name", "properties": {"name": "EPSG:32633"}},
+        "features": [{"type": "Feature", "properties": {},
+                      "geometry": {"type": "Point", "coordinates": [500000, 6000000]}}]})"));
+    EXPECT_EQ(source.read(0, {}, BoundingBox{14, 53, 16, 55}).features.size(), 1u);
 }
 
 TEST_F(DataSourceTest, ReadsABareGeometry) {

@@ -15,17 +15,6 @@ namespace {
 /// Points along each side of an area from which its projected extent is taken.
 constexpr int kSamples = 128;
 
-std::vector<MzPoint> outlineOf(const BoundingBox& box) {
-    std::vector<MzPoint> points;
-    for (int i = 0; i <= kSamples; ++i) {
-        const double t = static_cast<double>(i) / kSamples;
-        const double x = box.minX + box.width() * t;
-        const double y = box.minY + box.height() * t;
-        points.insert(points.end(), {{x, box.minY}, {x, box.maxY}, {box.minX, y}, {box.maxX, y}});
-    }
-    return points;
-}
-
 /// Fills in the bounds by which projected polygons are judged.
 void fillTransformedBounds(MzGeometry& geometry,
                            const std::shared_ptr<MzMapProjection>& projection) {
@@ -51,7 +40,7 @@ BoundingBox projectedArea(const MzMapProjection& projection, const BoundingBox& 
                            std::min(area.maxX, reach.maxX), area.maxY};
     BoundingBox extent;
     if (seen.isEmpty()) return extent;
-    std::vector<MzPoint> outline = outlineOf(seen);
+    std::vector<MzPoint> outline = outlineOf(seen, kSamples);
     projection.projectCoordinates(outline, outline);
     extent.add(outline);
     return extent;

@@ -47,6 +47,9 @@ class MapView final : public MzDrawContext {
     double scaleFactor() const override { return frame_.scaleFactor; }
     void addSubview(const std::shared_ptr<platform::View>& view) override;
     const ViewFrame& frame() const { return frame_; }
+    /// The longitudes and latitudes, degrees, outside of which, and of what the globe repeats every
+    /// 360 degrees, nothing can be seen: a little more than the frame's area.
+    const BoundingBox& seen() const { return cutter_->seen(); }
 
     /// Draws what can be seen of the feature into the current graphics port.
     void draw(const Feature& feature, bool selected = false);

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstddef>
 #include <limits>
 #include <utility>
@@ -22,6 +23,24 @@ using Rings = std::vector<Points>;
 /// Degrees to either side of the meridian. The series of Transverse Mercator stays monotonic in
 /// longitude to 80 degrees on every latitude.
 constexpr double kZoneReach = 70;
+
+/// Points along each side of a rectangle from which the degrees that it shows are taken, the share
+/// of them by which they are grown for what lies between, and the latitude from which on a pole may
+/// be within, where the outline no longer tells the extent.
+constexpr int kOutlineSteps = 32;
+constexpr double kOutlineMargin = 0.02;
+constexpr double kPolar = 85;
+
+BoundingBox boundsOfPoints(const Points& points) {
+    BoundingBox box;
+    box.add(points);
+    return box;
+}
+
+BoundingBox grown(const BoundingBox& box, double share) {
+    const double dx = box.width() * share, dy = box.height() * share;
+    return {box.minX - dx, box.minY - dy, box.maxX + dx, box.maxY + dy};
+}
 
 Points pointsOfGeometry(const MzGeometry& geometry) {
     if (const auto* point = dynamic_cast<const MzPointGeometry*>(&geometry)) {
@@ -136,13 +155,31 @@ BoundingBox reachOf(const MzMapProjection& projection) {
     return {meridian - kZoneReach, -kInfinity, meridian + kZoneReach, kInfinity};
 }
 
+BoundingBox seenThrough(const MzMapProjection& projection, const BoundingBox& rectangle) {
+    if (projection.isEquitorialCylindrical()) return rectangle;
+    const BoundingBox reach = reachOf(projection);
+    std::vector<MzPoint> outline = outlineOf(rectangle, kOutlineSteps);
+    const std::vector<MzPoint> plane = outline;
+    projection.unprojectCoordinates(outline, outline);
+    const BoundingBox seen = grown(boundsOfPoints(outline), kOutlineMargin);
+    if (!reach.holds(seen) || std::max(-seen.minY, seen.maxY) > kPolar) return reach;
+    // Far out, what an inverse answers need not be where the projection puts there.
+    projection.projectCoordinates(outline, outline);
+    const double tolerance = kOutlineMargin * std::max(rectangle.width(), rectangle.height());
+    for (std::size_t i = 0; i < plane.size(); ++i) {
+        const double dx = outline[i].x - plane[i].x, dy = outline[i].y - plane[i].y;
+        if (!(std::hypot(dx, dy) <= tolerance)) return reach;
+    }
+    return seen;
+}
+
 ViewCutter::ViewCutter(std::shared_ptr<MzMapProjection> projection,
                        std::shared_ptr<MzClippingRegion> region)
     : projection_(std::move(projection)),
       region_(std::move(region)),
       rectangle_(BoundingBox::of(region_->clippingRect())),
       reach_(reachOf(*projection_)),
-      seen_(projection_->isEquitorialCylindrical() ? rectangle_ : reach_) {}
+      seen_(seenThrough(*projection_, rectangle_)) {}
 
 ViewCutter::Geometries ViewCutter::cut(const Part& part) const {
     Geometries pieces;

@@ -19,6 +19,10 @@ BoundingBox boundsOf(MzGeometry& geometry);
 /// the projection folds back and would put a place where another one belongs.
 BoundingBox reachOf(const MzMapProjection& projection);
 
+/// The longitudes and latitudes, in degrees, that hold everything that `projection` takes into
+/// `rectangle`, projected units: within its reach, and a little more than is needed.
+BoundingBox seenThrough(const MzMapProjection& projection, const BoundingBox& rectangle);
+
 /// Prepares geometries for the drawing of one view, so that projection and clippers meet only what
 /// they put in the right place:
 ///
@@ -41,6 +45,9 @@ class ViewCutter {
     /// when it lies elsewhere.
     Geometries cut(const Part& part) const;
 
+    /// Degrees: nothing outside of it, and of what the globe repeats every 360 degrees, is seen.
+    const BoundingBox& seen() const { return seen_; }
+
   private:
     using Points = std::vector<MzPoint>;
 
@@ -56,7 +63,7 @@ class ViewCutter {
     std::shared_ptr<MzClippingRegion> region_;
     BoundingBox rectangle_;  ///< the region's, projected units
     BoundingBox reach_;      ///< degrees
-    BoundingBox seen_;       ///< degrees: outside of it nothing can be seen
+    BoundingBox seen_;
 };
 
 }  // namespace mezalith::host

@@ -64,6 +64,35 @@ TEST(ReachOf, IsLimitedForZonesOnly) {
               std::numeric_limits<double>::infinity());
 }
 
+TEST(SeenThrough, IsTheRectangleItselfInDegrees) {
+    const BoundingBox box{-3, 4, 5, 60};
+    EXPECT_EQ(seenThrough(*MzMapProjection::mapProjectionWithPlateCarree(), box), box);
+}
+
+TEST(SeenThrough, HoldsEveryPlaceThatAZoneTakesThere) {
+    const auto zone = MzMapProjection::mapProjectionWithUTMZone(33);
+    std::mt19937 random{7};
+    std::uniform_real_distribution<double> longitude{-54, 84}, latitude{-89, 89};
+    const std::vector<BoundingBox> rectangles{{400'000, 6'000'000, 700'000, 6'300'000},
+                                              {-500'000, 5'000'000, 1'500'000, 8'000'000},
+                                              {300'000, -700'000, 900'000, 700'000},
+                                              {-2'000'000, 1'000'000, 3'000'000, 9'000'000},
+                                              {0, 9'000'000, 1'000'000, 11'000'000}};
+    for (const BoundingBox& rectangle : rectangles) {
+        const BoundingBox seen = seenThrough(*zone, rectangle);
+        for (int i = 0; i < 200'000; ++i) {
+            const MzPoint place{longitude(random), latitude(random)};
+            const MzPoint p = zone->projectedCoordinateForLongitudeLatitude(place);
+            if (!rectangle.meets({p.x, p.y, p.x, p.y})) continue;
+            ASSERT_TRUE(seen.meets({place.x, place.y, place.x, place.y})) << place.x << place.y;
+        }
+    }
+    const BoundingBox near = seenThrough(*zone, rectangles[0]);
+    EXPECT_GT(near.minX, 13);
+    EXPECT_LT(near.maxX, 19);
+    EXPECT_EQ(seenThrough(*zone, rectangles[4]), reachOf(*zone));
+}
+
 TEST(ViewCutter, LeavesAloneWhatIsInside) {
     const ViewCutter cutter = degreesCutter({{0, 0}, {10, 10}});
     for (const Part& part : {line({{1, 1}, {9, 9}}), area({{1, 1}, {9, 1}, {9, 9}, {1, 1}}),

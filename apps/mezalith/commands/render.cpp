@@ -1,15 +1,19 @@
 // SPDX-License-Identifier: MIT
+#include "apps/mezalith/arguments.hpp"
 #include "apps/mezalith/command_table.hpp"
 #include "apps/mezalith/layer_styles.hpp"
+#include "apps/mezalith/number_query.hpp"
 #include "apps/mezalith/picture.hpp"
 #include "apps/mezalith/progress.hpp"
 #include "apps/mezalith/view_options.hpp"
 #include "host/data_source.hpp"
 #include "host/failure.hpp"
+#include "host/geodesics.hpp"
 #include "host/map_view.hpp"
 
 #include <cstdio>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -18,6 +22,7 @@ namespace {
 
 struct Given {
     std::vector<std::string> sources;
+    std::vector<std::string> geodesics;
     std::string output;
     ViewTexts view;
     StyleTexts styles;
@@ -36,6 +41,17 @@ Sources openSources(const std::vector<std::string>& names) {
     return sources;
 }
 
+std::vector<host::Ends> geodesicsOf(const std::vector<std::string>& texts) {
+    std::vector<host::Ends> lines;
+    for (const std::string& text : texts) {
+        const auto n = numbersArgument("--geodesic", text, ',', 4, "LON,LAT,LON,LAT");
+        checkLatitude("--geodesic", n[1]);
+        checkLatitude("--geodesic", n[3]);
+        lines.push_back({{n[0], n[1]}, {n[2], n[3]}});
+    }
+    return lines;
+}
+
 std::vector<std::string> layerNamesOf(const Sources& sources) {
     std::vector<std::string> names;
     for (const auto& source : sources) {
@@ -52,7 +68,8 @@ void tellWhatIsLeftOut(const std::string& source, const host::Layer& layer) {
     std::fprintf(stderr, "%s\n", host::inOneLine(line).c_str());
 }
 
-Layers readLayers(const Sources& sources, const Given& given) {
+Layers readLayers(const Sources& sources, const Given& given,
+                  const std::optional<host::BoundingBox>& area) {
     Layers layers;
     for (std::size_t i = 0; i < sources.size(); ++i) {
         const std::vector<std::string> names = sources[i]->layerNames();
@@ -60,7 +77,7 @@ Layers readLayers(const Sources& sources, const Given& given) {
             {
                 Progress progress(Progress::isWanted(given.quiet));
                 layers.push_back(sources[i]->read(
-                    j, [&](double share) { progress.show("reading " + names[j], share); }));
+                    j, [&](double share) { progress.show("reading " + names[j], share); }, area));
             }
             tellWhatIsLeftOut(given.sources[i], layers.back());
         }
@@ -89,21 +106,34 @@ void drawLayers(host::MapView& view, const Layers& layers, LayerStyles& styles, 
     }
 }
 
+/// What a view of `area` can show; everything for the view of everything.
+std::optional<host::BoundingBox> areaToRead(host::ViewFrame frame,
+                                            const std::optional<host::BoundingBox>& area) {
+    if (!area) return std::nullopt;
+    frame.area = *area;
+    return host::MapView(frame).seen();
+}
+
 void run(const Given& given) {
     const ViewOptions options = viewOptionsOf(given.view);
     LayerStyles styles(given.styles);
     Picture picture(given.output, given.overwrite, options.size, options.pixelRatio);
+    const std::vector<host::Ends> geodesics = geodesicsOf(given.geodesics);
     const Sources sources = openSources(given.sources);
-    styles.checkLayers(layerNamesOf(sources));
-    const Layers layers = readLayers(sources, given);
-
-    const host::BoundingBox area = options.area.value_or(boundsOfLayers(layers));
-    if (area.isEmpty()) throw host::Failure(given.sources.front(), "there is nothing to draw");
-    host::MapView view({.projection = options.projection,
-                        .area = area,
-                        .size = options.size,
-                        .pixelRatio = picture.pixelRatio(),
-                        .scaleFactor = options.scaleFactor});
+    std::vector<std::string> names = layerNamesOf(sources);
+    if (!geodesics.empty()) names.emplace_back(host::kGeodesicLayer);
+    styles.checkLayers(names);
+    host::ViewFrame frame{.projection = options.projection,
+                          .area = {},
+                          .size = options.size,
+                          .pixelRatio = picture.pixelRatio(),
+                          .scaleFactor = options.scaleFactor};
+    Layers layers = readLayers(sources, given, areaToRead(frame, options.area));
+    frame.area = options.area.value_or(boundsOfLayers(layers));
+    if (frame.area.isEmpty())
+        throw host::Failure(given.sources.front(), "there is nothing to draw");
+    host::MapView view(frame);
+    layers.push_back(host::geodesicLayer(geodesics, view));
     const platform::GraphicsContext context(&picture.port());
     fillBackground(picture.port(), options.size, *options.background);
     drawLayers(view, layers, styles, given.quiet);
@@ -122,6 +152,12 @@ void setUpRender(CLI::App& command) {
         ->required()
         ->type_name("OUT");
     command.add_flag("--overwrite", given->overwrite, "Replace OUT when it exists");
+    command
+        .add_option("--geodesic", given->geodesics,
+                    "Great circle to draw over the map, in the layer \"geodesic\"; repeatable")
+        ->type_name("LON,LAT,LON,LAT")
+        ->expected(1)
+        ->take_all();
     addViewOptions(command, given->view);
     addStyleOptions(command, given->styles);
     command.add_flag("--quiet", given->quiet, "Show no progress");
