@@ -5,6 +5,7 @@
 #include <mezalith/geometry/primitives.hpp>
 #include <mezalith/platform/affine_transform.hpp>
 #include <mezalith/platform/color.hpp>
+#include <mezalith/platform/image.hpp>
 
 #include <cstdint>
 #include <memory>
@@ -107,6 +108,9 @@ class MEZALITH_EXPORT GraphicsPort {
     /// Composites the layer with its lower-left corner at `point`; nothing for a null layer or a
     /// layer of another kind of port.
     virtual void drawLayerAtPoint(const Layer* layer, MzPoint point) = 0;
+    /// Draws the image into `rect` of user space, upright and stretched to fill it; nothing for a
+    /// null image or unless both sides of `rect` are positive and finite.
+    virtual void drawImageInRect(const Image* image, MzRect rect) = 0;
 };
 
 /// The current drawing target of the calling thread, in which the symbolizers draw.

@@ -32,6 +32,18 @@ std::string colorText(const Color* color) {
     return listText({c[0], c[1], c[2], rgb->alphaComponent()});
 }
 
+std::string rectText(MzRect rect) {
+    return listText({rect.origin.x, rect.origin.y, rect.size.width, rect.size.height});
+}
+
+std::string imageText(const Image* image) {
+    if (image == nullptr) {
+        return noneText;
+    }
+    const MzSize size = image->size();
+    return shortestText(size.width) + 'x' + shortestText(size.height);
+}
+
 bool isLayerSide(double side) { return side > 0 && side <= largestLayerSide; }
 
 }  // namespace
@@ -157,9 +169,7 @@ void RecordingPort::addArcToPoint(double x1, double y1, double x2, double y2, do
     write("addArcToPoint", {x1, y1, x2, y2, radius});
 }
 
-void RecordingPort::addEllipseInRect(MzRect rect) {
-    write("addEllipseInRect", {rect.origin.x, rect.origin.y, rect.size.width, rect.size.height});
-}
+void RecordingPort::addEllipseInRect(MzRect rect) { write("addEllipseInRect", rectText(rect)); }
 
 void RecordingPort::closeSubpath() { write("closeSubpath"); }
 
@@ -193,6 +203,10 @@ void RecordingPort::drawLayerAtPoint(const Layer* layer, MzPoint point) {
     const auto* recorded = dynamic_cast<const RecordingLayer*>(layer);
     const std::string name = recorded ? std::to_string(recorded->number()) : noneText;
     write("drawLayerAtPoint", name + ' ' + listText({point.x, point.y}));
+}
+
+void RecordingPort::drawImageInRect(const Image* image, MzRect rect) {
+    write("drawImageInRect", imageText(image) + ' ' + rectText(rect));
 }
 
 }  // namespace mezalith::platform

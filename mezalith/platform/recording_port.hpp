@@ -18,8 +18,8 @@ namespace mezalith::platform {
 /// "none". Vertices handed over as a span are written vertex by vertex, so that both ways of
 /// building a path read the same. Layers are numbered from 1 as they are made; what is drawn into
 /// layer 2 stands in lines that begin "layer 2: "; a layer that is refused, or is of another kind
-/// of port, is "none". What other ports ignore (numbers that are not finite, unknown caps) is
-/// written like anything else.
+/// of port, is "none". Images are written by their natural size, no image is "none". What other
+/// ports ignore (numbers that are not finite, unknown caps) is written like anything else.
 ///
 ///     setLineCap 1
 ///     setLineDash 0 solid
@@ -31,6 +31,7 @@ namespace mezalith::platform {
 ///     setShadowWithColor 0 0 0 none
 ///     createLayer 1 9 9
 ///     drawLayerAtPoint 1 0 0
+///     drawImageInRect 32x16 0 0 20 10
 class MEZALITH_EXPORT RecordingPort final : public GraphicsPort {
   public:
     RecordingPort();
@@ -71,6 +72,7 @@ class MEZALITH_EXPORT RecordingPort final : public GraphicsPort {
     void drawPath(PathDrawingMode mode) override;
     std::shared_ptr<Layer> createLayer(MzSize size) override;
     void drawLayerAtPoint(const Layer* layer, MzPoint point) override;
+    void drawImageInRect(const Image* image, MzRect rect) override;
 
   private:
     struct Record;

@@ -144,6 +144,15 @@ TEST(RecordingPort, WritesAnAbsentLayerAsNone) {
     EXPECT_EQ(port.lines(), Lines{"drawLayerAtPoint none 1 2"});
 }
 
+TEST(RecordingPort, WritesImagesByTheirNaturalSize) {
+    RecordingPort port;
+    const auto image = Image::imageWithBitmap({2, 1, {1, 2}});
+    port.drawImageInRect(image.get(), {{-1, 0.5}, {20, 10}});
+    port.drawImageInRect(nullptr, {{0, 0}, {1, 1}});
+    EXPECT_EQ(port.lines(),
+              (Lines{"drawImageInRect 2x1 -1 0.5 20 10", "drawImageInRect none 0 0 1 1"}));
+}
+
 TEST(RecordingPort, ALayerMayOutliveItsPort) {
     std::shared_ptr<Layer> layer;
     {

@@ -49,6 +49,7 @@ class NullPort final : public platform::GraphicsPort {
     void drawPath(platform::PathDrawingMode) override { benchmark::DoNotOptimize(sum_); }
     std::shared_ptr<platform::Layer> createLayer(MzSize) override { return nullptr; }
     void drawLayerAtPoint(const platform::Layer*, MzPoint) override {}
+    void drawImageInRect(const platform::Image*, MzRect) override {}
 
   private:
     void take(MzPoint point) { sum_ += point.x + point.y; }

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <utility>
 #include <vector>
 
@@ -39,6 +40,12 @@ struct State {
 /// Turned over: y grows downwards on a surface.
 AffineTransform deviceTransform(double height, double scale) {
     return {scale, 0, 0, -scale, 0, height};
+}
+
+/// From the unit square with y growing downwards.
+AffineTransform topDownSquareOver(MzRect rect) {
+    const MzSize size = rect.size;
+    return {size.width, 0, 0, -size.height, rect.origin.x, rect.origin.y + size.height};
 }
 
 double fraction(double value) { return value > 0 ? std::min(value, 1.0) : 0; }
@@ -402,6 +409,14 @@ std::shared_ptr<Layer> CairoPort::createLayer(MzSize size) {
     auto impl = std::make_unique<Impl>(impl_->layerSurface(units), units, ratio,
                                        impl_->unitsPerPoint, impl_->canvas.common());
     return std::make_shared<CairoLayer>(size, std::move(impl));
+}
+
+void CairoPort::drawImageInRect(const Image* image, MzRect rect) {
+    if (image == nullptr || !isSize(rect.size, std::numeric_limits<double>::max())) {
+        return;
+    }
+    const AffineTransform place = impl_->state.transform.prepending(topDownSquareOver(rect));
+    impl_->canvas.drawImage(*image, place, impl_->state.shadow);
 }
 
 void CairoPort::drawLayerAtPoint(const Layer* layer, MzPoint point) {

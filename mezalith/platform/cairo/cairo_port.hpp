@@ -30,7 +30,8 @@ namespace mezalith::platform {
 /// kept. A line width is at most 2^15 device units; negative and NaN widths count as 0, which draws
 /// nothing, and so does a stroke under a transform that flattens the plane. Dashes with a period
 /// under 1/16 device unit are drawn solid. Shadows have a standard deviation of up to 2^12 device
-/// units, and none is cast farther than 2^14. A layer is not drawn into itself.
+/// units, and none is cast farther than 2^14. A layer is not drawn into itself. Documents hold
+/// images as pixels: those that are drawn anew for every size at `pixelRatio`, others as they are.
 ///
 /// When Cairo fails (no memory, output that cannot be written), the port and its layers stop
 /// drawing and say so by `error`.
@@ -114,6 +115,7 @@ class MEZALITH_EXPORT CairoPort final : public GraphicsPort {
     void drawPath(PathDrawingMode mode) override;
     std::shared_ptr<Layer> createLayer(MzSize size) override;
     void drawLayerAtPoint(const Layer* layer, MzPoint point) override;
+    void drawImageInRect(const Image* image, MzRect rect) override;
 
   private:
     struct Impl;

@@ -50,6 +50,36 @@ bool isDrawable(const AffineTransform& t) {
            std::isfinite(t.tX) && std::isfinite(t.tY);
 }
 
+cairo_matrix_t cairoMatrix(const AffineTransform& t) {
+    return {t.m11, t.m12, t.m21, t.m22, t.tX, t.tY};
+}
+
+/// How many pixels the sides of a unit square so placed have.
+MzSize sizeInPixels(const AffineTransform& place, double resolution) {
+    return {std::hypot(place.m11, place.m12) * resolution,
+            std::hypot(place.m21, place.m22) * resolution};
+}
+
+bool isDrawable(const Bitmap& bitmap) {
+    return !bitmap.isEmpty() && bitmap.width <= Image::largestSide &&
+           bitmap.height <= Image::largestSide;
+}
+
+/// A surface that shows the bitmap's own pixels. Cairo reads them only, and copies them where it
+/// keeps them.
+SurfaceHandle surfaceOf(const Bitmap& bitmap) {
+    auto* pixels = const_cast<std::uint32_t*>(bitmap.pixels.data());
+    return SurfaceHandle(cairo_image_surface_create_for_data(
+        reinterpret_cast<unsigned char*>(pixels), CAIRO_FORMAT_ARGB32, bitmap.width, bitmap.height,
+        bitmap.width * static_cast<int>(sizeof(std::uint32_t))));
+}
+
+/// Documents hold a picture as it is and leave its edge to those who show it.
+PictureEdge edgeOn(cairo_surface_t* target) {
+    return cairo_surface_get_type(target) == CAIRO_SURFACE_TYPE_IMAGE ? PictureEdge::Sharp
+                                                                      : PictureEdge::Blended;
+}
+
 std::vector<unsigned> referencesOf(const std::vector<SurfaceHandle>& surfaces) {
     std::vector<unsigned> counts;
     counts.reserve(surfaces.size());
@@ -193,8 +223,28 @@ void Canvas::stamp(cairo_surface_t* picture, MzSize size, const AffineTransform&
     if (!isUsable() || picture == surface() || !isDrawable(placement)) {
         return;
     }
-    const AffineTransform& t = placement;
-    const PictureInk ink(picture, size, {t.m11, t.m12, t.m21, t.m22, t.tX, t.tY});
+    paint(PictureInk(picture, size, cairoMatrix(placement)), shadow);
+}
+
+void Canvas::drawImage(const Image& image, const AffineTransform& place,
+                       const std::optional<Shadow>& shadow) {
+    const MzSize pixels = sizeInPixels(place, resolution_);
+    if (!isUsable() || !std::isfinite(pixels.width) || !std::isfinite(pixels.height)) {
+        return;
+    }
+    const auto bitmap = image.bitmapForPixelSize(pixels);
+    if (!bitmap || !isDrawable(*bitmap)) {
+        return;
+    }
+    const MzSize size{double(bitmap->width), double(bitmap->height)};
+    const auto placement = place.prepending({1 / size.width, 0, 0, 1 / size.height, 0, 0});
+    if (isDrawable(placement)) {
+        const SurfaceHandle picture = surfaceOf(*bitmap);
+        paint(PictureInk(picture.get(), size, cairoMatrix(placement), edgeOn(surface())), shadow);
+    }
+}
+
+void Canvas::paint(const PictureInk& ink, const std::optional<Shadow>& shadow) {
     if (shadow) {
         common_->check(castShadow(cr_.get(), ink, *shadow, resolution_));
     }

@@ -4,6 +4,7 @@
 #include <mezalith/platform/cairo/handles.hpp>
 #include <mezalith/platform/cairo/ink.hpp>
 #include <mezalith/platform/cairo/shadow.hpp>
+#include <mezalith/platform/image.hpp>
 
 #include <memory>
 #include <optional>
@@ -47,6 +48,9 @@ class Canvas {
     /// Draws a picture of `size` units that `placement` maps to the device.
     void stamp(cairo_surface_t* picture, MzSize size, const AffineTransform& placement,
                const std::optional<Shadow>& shadow);
+    /// Draws an image over what `place` makes of the unit square, whose y grows downwards.
+    void drawImage(const Image& image, const AffineTransform& place,
+                   const std::optional<Shadow>& shadow);
     /// Ends drawing and lets the surface write what it holds back.
     void finish();
 
@@ -64,6 +68,7 @@ class Canvas {
     const DevicePath& drawableOutline(const DevicePath& path, Pen& pen,
                                       std::optional<DevicePath>& cut) const;
     DevicePath dashesInView(const DevicePath& path, const Pen& pen) const;
+    void paint(const PictureInk& ink, const std::optional<Shadow>& shadow);
     void lay(const Ink& ink, const Rgba& color, const std::optional<Shadow>& shadow);
 };
 

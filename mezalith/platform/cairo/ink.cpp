@@ -177,14 +177,30 @@ void PictureInk::lay(cairo_t* cr, const Rgba& color) const {
     const MatrixScope scope(cr);
     cairo_transform(cr, &placement_);
     setColor(cr, color, 1);
-    cairo_mask_surface(cr, picture_, 0, 0);
+    if (edge_ == PictureEdge::Blended) {
+        cairo_mask_surface(cr, picture_, 0, 0);
+        return;
+    }
+    const PatternHandle pattern(cairo_pattern_create_for_surface(picture_));
+    cairo_pattern_set_extend(pattern.get(), CAIRO_EXTEND_PAD);
+    cairo_save(cr);
+    cairo_rectangle(cr, 0, 0, size_.width, size_.height);
+    cairo_clip(cr);
+    cairo_mask(cr, pattern.get());
+    cairo_restore(cr);
 }
 
 void PictureInk::paint(cairo_t* cr) const {
     const MatrixScope scope(cr);
     cairo_transform(cr, &placement_);
     cairo_set_source_surface(cr, picture_, 0, 0);
-    cairo_paint(cr);
+    if (edge_ == PictureEdge::Blended) {
+        cairo_paint(cr);
+        return;
+    }
+    cairo_pattern_set_extend(cairo_get_source(cr), CAIRO_EXTEND_PAD);
+    cairo_rectangle(cr, 0, 0, size_.width, size_.height);
+    cairo_fill(cr);
 }
 
 DeviceBox PictureInk::extents(cairo_t*) const {

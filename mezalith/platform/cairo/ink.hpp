@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <mezalith/platform/cairo/handles.hpp>
 #include <mezalith/platform/device_path.hpp>
 #include <mezalith/platform/graphics_port.hpp>
 #include <mezalith/platform/path_dashing.hpp>
@@ -93,11 +94,15 @@ class StrokeInk final : public Ink {
     void prepare(cairo_t* cr) const;
 };
 
+/// Where a picture that is scaled ends: in half a pixel that fades out, or where it should.
+enum class PictureEdge { Blended, Sharp };
+
 /// The coverage of a picture of `size` surface units that `placement` maps to the device.
 class PictureInk final : public Ink {
   public:
-    PictureInk(cairo_surface_t* picture, MzSize size, const cairo_matrix_t& placement)
-        : picture_(picture), size_(size), placement_(placement) {}
+    PictureInk(cairo_surface_t* picture, MzSize size, const cairo_matrix_t& placement,
+               PictureEdge edge = PictureEdge::Blended)
+        : picture_(picture), size_(size), placement_(placement), edge_(edge) {}
     void lay(cairo_t* cr, const Rgba& color) const override;
     DeviceBox extents(cairo_t* cr) const override;
     /// Draws the picture in its own colours.
@@ -107,6 +112,7 @@ class PictureInk final : public Ink {
     cairo_surface_t* picture_;
     MzSize size_;
     cairo_matrix_t placement_;
+    PictureEdge edge_;
 };
 
 /// Appends the elements of `path` to Cairo's current path.
