@@ -13,6 +13,15 @@ install(TARGETS ${libraries} EXPORT mezalithTargets
   FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(EXPORT mezalithTargets NAMESPACE mezalith:: DESTINATION ${package_dir})
 
+set(all_modules "")
+foreach(library IN LISTS libraries)
+  get_target_property(modules ${library} MEZALITH_MODULES)
+  if(modules)
+    list(APPEND all_modules ${modules})
+  endif()
+endforeach()
+list(REMOVE_DUPLICATES all_modules)
+list(JOIN all_modules " " all_modules)
 configure_package_config_file(${PROJECT_SOURCE_DIR}/tools/cmake/mezalithConfig.cmake.in
   ${PROJECT_BINARY_DIR}/mezalithConfig.cmake INSTALL_DESTINATION ${package_dir})
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/mezalithConfigVersion.cmake
