@@ -3,6 +3,7 @@
 
 #include <mezalith/export.hpp>
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -21,5 +22,14 @@ MEZALITH_EXPORT std::string generalText(double value);
 /// anything else, white space included, and for numbers too large or too close to zero for a
 /// double. Independent of the locale; "nan" and "inf" are read.
 MEZALITH_EXPORT std::optional<double> numberFromText(std::string_view text);
+
+/// The longest decimal number that `text` begins with, with an optional sign of either kind; 0 when
+/// there is none ("inf" is none), infinite beyond a double's range and 0 below it. Independent of
+/// the locale.
+MEZALITH_EXPORT double leadingNumber(std::string_view text);
+
+/// The longest decimal integer that `text` begins with, with an optional sign of either kind; 0
+/// when there is none. Ends at the range's ends.
+MEZALITH_EXPORT std::int64_t leadingInteger(std::string_view text);
 
 }  // namespace mezalith::platform

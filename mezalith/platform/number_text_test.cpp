@@ -130,5 +130,53 @@ TEST(NumberFromText, ReadsNoFurtherThanItsView) {
     EXPECT_EQ(numberFromText(std::string_view()), std::nullopt);
 }
 
+TEST(LeadingNumber, IsTheLongestThatTheTextBeginsWith) {
+    EXPECT_EQ(leadingNumber("1995.50"), 1995.5);
+    EXPECT_EQ(leadingNumber("30,75"), 30);
+    EXPECT_EQ(leadingNumber("-2.5e1x"), -25);
+    EXPECT_EQ(leadingNumber("+.5"), 0.5);
+    EXPECT_EQ(leadingNumber("7."), 7);
+    EXPECT_EQ(leadingNumber("3e"), 3);
+    EXPECT_EQ(leadingNumber("0x1p3"), 0);
+}
+
+TEST(LeadingNumber, IsZeroForAnythingElse) {
+    for (const char* text :
+         {"", "+", "-", ".", "-.", "e5", "+-5", "-+5", "--5", "inf", "-inf", "nan", "low", " 1"}) {
+        EXPECT_EQ(leadingNumber(text), 0) << text;
+    }
+}
+
+TEST(LeadingNumber, EndsAtInfinityAndAtZero) {
+    EXPECT_EQ(leadingNumber("1e999"), kInfinity);
+    EXPECT_EQ(leadingNumber("-1e999,"), -kInfinity);
+    EXPECT_EQ(leadingNumber("1e-999"), 0);
+    EXPECT_EQ(leadingNumber("1e99999999999999999999"), kInfinity);
+    EXPECT_EQ(leadingNumber("1e-99999999999999999999"), 0);
+    EXPECT_EQ(leadingNumber(std::string(60000, '9')), kInfinity);
+    EXPECT_EQ(leadingNumber("0." + std::string(400, '0') + "1e10"), 0);
+    EXPECT_EQ(leadingNumber(std::string(400, '9') + ".5e-10"), kInfinity);
+    EXPECT_EQ(leadingNumber("0." + std::string(400, '0') + "1e400"), 0.1);
+}
+
+TEST(LeadingInteger, IsTheLongestThatTheTextBeginsWith) {
+    EXPECT_EQ(leadingInteger("1.9"), 1);
+    EXPECT_EQ(leadingInteger("-12abc"), -12);
+    EXPECT_EQ(leadingInteger("+7"), 7);
+    EXPECT_EQ(leadingInteger("20OO"), 20);
+    EXPECT_EQ(leadingInteger("1e5"), 1);
+    for (const char* text : {"", "+", "-", ".5", "+-5", "--5", "nineteen", " 1"}) {
+        EXPECT_EQ(leadingInteger(text), 0) << text;
+    }
+}
+
+TEST(LeadingInteger, EndsAtTheRangesEnds) {
+    using Limits = std::numeric_limits<std::int64_t>;
+    EXPECT_EQ(leadingInteger("9223372036854775807"), Limits::max());
+    EXPECT_EQ(leadingInteger("9223372036854775808"), Limits::max());
+    EXPECT_EQ(leadingInteger("-9223372036854775808"), Limits::min());
+    EXPECT_EQ(leadingInteger("-99999999999999999999"), Limits::min());
+}
+
 }  // namespace
 }  // namespace mezalith::platform
