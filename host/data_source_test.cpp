@@ -2,7 +2,9 @@
 #include "host/data_source.hpp"
 
 #include "host/failure.hpp"
+#include "host/failure_of.hpp"
 #include "host/view_cutter.hpp"
+#include "tests/support/temporary_folder.hpp"
 #include <mezalith/geometry/multi_point_geometry.hpp>
 #include <mezalith/geometry/point_geometry.hpp>
 
@@ -24,18 +26,10 @@ namespace fs = std::filesystem;
 const std::string kMaps = MEZALITH_SOURCE_DIR "/data/map/";
 const std::string kBad = MEZALITH_SOURCE_DIR "/tests/data/bad/map/";
 
-/// A folder that goes with the test.
-class DataSourceTest : public testing::Test {
+class DataSourceTest : public ::testing::Test {
   protected:
-    DataSourceTest() {
-        std::string name = (fs::temp_directory_path() / "mezalith-XXXXXX").string();
-        folder_ = ::mkdtemp(name.data());
-    }
-    ~DataSourceTest() override { fs::remove_all(folder_); }
-
     std::string put(const std::string& name, const std::string& text) const {
-        std::ofstream(folder_ / name) << text;
-        return (folder_ / name).string();
+        return folder_.put(name, text);
     }
 
     /// The only layer of a table of geometries in text form.
@@ -45,17 +39,14 @@ class DataSourceTest : public testing::Test {
         return DataSource(put("table.csv", table)).read(0);
     }
 
-    fs::path folder_;
+    mezalith::testing::TemporaryFolder folder_;
 };
 
 std::string failureOf(const std::string& source) {
-    try {
+    return mezalith::testing::failureOf([&] {
         DataSource data(source);
         for (std::size_t i = 0; i < data.layerNames().size(); ++i) data.read(i);
-    } catch (const Failure& failure) {
-        return failure.what();
-    }
-    return "no failure";
+    });
 }
 
 std::vector<MzPoint> pointsOfLine(const Feature& feature) {
@@ -296,10 +287,10 @@ TEST_F(DataSourceTest, NeverLeavesTheMachine) {
 }
 
 TEST_F(DataSourceTest, KeepsTheLibraryFromStandardError) {
-    testing::internal::CaptureStderr();
+    ::testing::internal::CaptureStderr();
     for (const auto& entry : fs::directory_iterator(kBad)) failureOf(entry.path().string());
     failureOf(put("broken.geojson", "{\"type\":\"FeatureCollection\",\"features\":["));
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");
 }
 
 TEST_F(DataSourceTest, ReportsProgressUpToTheEnd) {

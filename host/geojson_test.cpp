@@ -2,6 +2,7 @@
 #include "host/geojson.hpp"
 
 #include "host/failure.hpp"
+#include "host/failure_of.hpp"
 #include "host/wkb_file.hpp"
 #include "host/wkb_walk.hpp"
 
@@ -15,12 +16,7 @@ namespace {
 const std::filesystem::path kGood = MEZALITH_SOURCE_DIR "/data/map/wkb";
 
 std::string failureOf(const std::string& text) {
-    try {
-        wkbFromGeoJSON(text);
-    } catch (const Failure& failure) {
-        return failure.what();
-    }
-    return "no failure";
+    return mezalith::testing::failureOf([&] { wkbFromGeoJSON(text); });
 }
 
 TEST(GeoJSON, WritesEveryType) {

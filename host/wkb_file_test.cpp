@@ -2,6 +2,7 @@
 #include "host/wkb_file.hpp"
 
 #include "host/failure.hpp"
+#include "host/failure_of.hpp"
 
 #include <gtest/gtest.h>
 
@@ -18,12 +19,8 @@ TEST(ReadFile, AnswersAllBytes) {
 }
 
 TEST(ReadFile, SaysWhyItCannot) {
-    try {
-        readFile("no/such/file.wkb");
-        FAIL();
-    } catch (const Failure& failure) {
-        EXPECT_STREQ(failure.what(), "no/such/file.wkb: No such file or directory");
-    }
+    EXPECT_EQ(mezalith::testing::failureOf([] { readFile("no/such/file.wkb"); }),
+              "no/such/file.wkb: No such file or directory");
     EXPECT_THROW(readFile(MEZALITH_SOURCE_DIR), Failure);
 }
 

@@ -2,6 +2,7 @@
 #include "host/wkb_walk.hpp"
 
 #include "host/failure.hpp"
+#include "host/failure_of.hpp"
 #include "host/wkb_file.hpp"
 #include <mezalith/geometry/multi_point_geometry.hpp>
 
@@ -45,12 +46,7 @@ Bytes point(double x, double y) { return Bytes().header(1).pair(x, y); }
 Bytes line() { return Bytes().header(2).number(2).pair(0, 0).pair(1, 2); }
 
 std::string failureOf(std::span<const std::byte> bytes) {
-    try {
-        surveyWKB(bytes);
-    } catch (const Failure& failure) {
-        return failure.what();
-    }
-    return "no failure";
+    return mezalith::testing::failureOf([&] { surveyWKB(bytes); });
 }
 
 TEST(GeometryTypeName, KnowsTheSevenTypes) {

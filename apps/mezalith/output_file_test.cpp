@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "apps/mezalith/output_file.hpp"
 
-#include "host/failure.hpp"
+#include "host/failure_of.hpp"
+#include "tests/support/temporary_folder.hpp"
 
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 #include <gtest/gtest.h>
 
@@ -15,46 +13,22 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class OutputFileTest : public testing::Test {
+using mezalith::testing::failureOf;
+
+class OutputFileTest : public ::testing::Test {
   protected:
-    OutputFileTest() {
-        std::string name = (fs::temp_directory_path() / "mezalith-XXXXXX").string();
-        folder_ = ::mkdtemp(name.data());
-    }
-    ~OutputFileTest() override { fs::remove_all(folder_); }
-
-    std::string path(const std::string& name) const { return (folder_ / name).string(); }
-
-    static std::string contentOf(const std::string& path) {
-        std::ifstream file(path);
-        std::stringstream text;
-        text << file.rdbuf();
-        return text.str();
-    }
-
-    static void put(const std::string& path, const std::string& text) {
-        std::ofstream(path) << text;
-    }
+    std::string path(const std::string& name) const { return folder_.path(name); }
 
     std::size_t entries() const {
         return static_cast<std::size_t>(
-            std::distance(fs::directory_iterator(folder_), fs::directory_iterator()));
+            std::distance(fs::directory_iterator(folder_.path()), fs::directory_iterator()));
     }
 
     static void write(OutputFile& file, std::string_view text) {
         file.write(std::as_bytes(std::span(text)));
     }
 
-    static std::string failureOf(const std::function<void()>& work) {
-        try {
-            work();
-        } catch (const host::Failure& failure) {
-            return failure.what();
-        }
-        return "no failure";
-    }
-
-    fs::path folder_;
+    mezalith::testing::TemporaryFolder folder_;
 };
 
 TEST_F(OutputFileTest, AppearsWhenItIsComplete) {
@@ -62,7 +36,7 @@ TEST_F(OutputFileTest, AppearsWhenItIsComplete) {
     write(file, "whole");
     EXPECT_FALSE(fs::exists(path("a")));
     file.commit();
-    EXPECT_EQ(contentOf(path("a")), "whole");
+    EXPECT_EQ(folder_.contentOf("a"), "whole");
     EXPECT_EQ(entries(), 1u);
 }
 
@@ -76,31 +50,31 @@ TEST_F(OutputFileTest, LeavesNothingBehindWithoutACommit) {
 }
 
 TEST_F(OutputFileTest, ReplacesOnlyWhenToldTo) {
-    put(path("a"), "old");
+    folder_.put("a", "old");
     EXPECT_EQ(failureOf([&] { OutputFile(path("a"), false); }),
               path("a") + ": the file exists; --overwrite replaces it");
     OutputFile file(path("a"), true);
     write(file, "new");
-    EXPECT_EQ(contentOf(path("a")), "old");
+    EXPECT_EQ(folder_.contentOf("a"), "old");
     file.commit();
-    EXPECT_EQ(contentOf(path("a")), "new");
+    EXPECT_EQ(folder_.contentOf("a"), "new");
 }
 
 TEST_F(OutputFileTest, SparesAFileThatCameMeanwhile) {
     OutputFile file(path("a"), false);
-    put(path("a"), "other");
+    folder_.put("a", "other");
     EXPECT_EQ(failureOf([&] { file.commit(); }), path("a") + ": File exists");
-    EXPECT_EQ(contentOf(path("a")), "other");
+    EXPECT_EQ(folder_.contentOf("a"), "other");
 }
 
 TEST_F(OutputFileTest, FollowsSymbolicLinks) {
-    put(path("real"), "old");
+    folder_.put("real", "old");
     fs::create_symlink("real", path("link"));
     OutputFile file(path("link"), true);
     write(file, "new");
     file.commit();
     EXPECT_TRUE(fs::is_symlink(path("link")));
-    EXPECT_EQ(contentOf(path("real")), "new");
+    EXPECT_EQ(folder_.contentOf("real"), "new");
 }
 
 TEST_F(OutputFileTest, WritesDevicesDirectly) {
@@ -113,8 +87,8 @@ TEST_F(OutputFileTest, WritesDevicesDirectly) {
 TEST_F(OutputFileTest, SaysWhyItCannot) {
     EXPECT_EQ(failureOf([&] { OutputFile(path("no/where"), false); }),
               path("no/where") + ": No such file or directory");
-    EXPECT_EQ(failureOf([&] { OutputFile(folder_.string(), true); }),
-              folder_.string() + ": Is a directory");
+    EXPECT_EQ(failureOf([&] { OutputFile(folder_.path().string(), true); }),
+              folder_.path().string() + ": Is a directory");
 }
 
 }  // namespace

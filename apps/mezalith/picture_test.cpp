@@ -2,12 +2,11 @@
 #include "apps/mezalith/picture.hpp"
 
 #include "apps/mezalith/arguments.hpp"
-#include "host/failure.hpp"
+#include "host/failure_of.hpp"
 #include "host/wkb_file.hpp"
+#include "tests/support/temporary_folder.hpp"
 
-#include <cstdlib>
 #include <filesystem>
-#include <functional>
 #include <string_view>
 
 #include <gtest/gtest.h>
@@ -17,26 +16,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class PictureTest : public testing::Test {
+using mezalith::testing::failureOf;
+
+class PictureTest : public ::testing::Test {
   protected:
-    PictureTest() {
-        std::string name = (fs::temp_directory_path() / "mezalith-XXXXXX").string();
-        folder_ = ::mkdtemp(name.data());
-    }
-    ~PictureTest() override { fs::remove_all(folder_); }
+    std::string path(const std::string& name) const { return folder_.path(name); }
 
-    std::string path(const std::string& name) const { return (folder_ / name).string(); }
-
-    static std::string failureOf(const std::function<void()>& work) {
-        try {
-            work();
-        } catch (const host::Failure& failure) {
-            return failure.what();
-        }
-        return "no failure";
-    }
-
-    fs::path folder_;
+    mezalith::testing::TemporaryFolder folder_;
 };
 
 std::string draw(const std::string& path, std::optional<double> pixelRatio = std::nullopt) {
@@ -69,7 +55,7 @@ TEST_F(PictureTest, HasPixelsByItsRatio) {
 
 TEST_F(PictureTest, AppearsOnlyWhenFinished) {
     { const Picture picture(path("a.svg"), false, {20, 10}, std::nullopt); }
-    EXPECT_TRUE(fs::is_empty(folder_));
+    EXPECT_TRUE(fs::is_empty(folder_.path()));
 }
 
 TEST_F(PictureTest, ReportsAFullDisk) {
@@ -82,7 +68,7 @@ TEST_F(PictureTest, ReportsAFullDisk) {
 TEST_F(PictureTest, RefusesSizesThatCannotBe) {
     const std::string message = path("a.png") + ": a picture of this size cannot be made";
     EXPECT_EQ(failureOf([&] { Picture(path("a.png"), false, {1e6, 10}, std::nullopt); }), message);
-    EXPECT_TRUE(fs::is_empty(folder_));
+    EXPECT_TRUE(fs::is_empty(folder_.path()));
 }
 
 }  // namespace

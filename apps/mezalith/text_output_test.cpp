@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "apps/mezalith/text_output.hpp"
 
-#include "host/failure.hpp"
+#include "host/failure_of.hpp"
 
 #include <array>
 #include <cmath>
@@ -34,12 +34,8 @@ TEST(TextOutput, ReportsAFullDisk) {
     ASSERT_NE(file, nullptr);
     TextOutput output(file.get(), "the full one");
     output.write("lost");
-    try {
-        output.finish();
-        FAIL();
-    } catch (const host::Failure& failure) {
-        EXPECT_STREQ(failure.what(), "the full one: No space left on device");
-    }
+    EXPECT_EQ(mezalith::testing::failureOf([&] { output.finish(); }),
+              "the full one: No space left on device");
 }
 
 TEST(JsonObject, KeepsTheOrderOfItsFields) {

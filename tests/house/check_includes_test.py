@@ -17,7 +17,9 @@ TREE = {
     "mezalith/geometry/CMakeLists.txt": "mezalith_units(core UNITS primitives wkb)\n",
     "mezalith/geometry/primitives.hpp": "#include <mezalith/export.hpp>\n#include <cmath>\n",
     "mezalith/geometry/wkb.hpp": "#include <mezalith/geometry/primitives.hpp>\n",
-    "mezalith/geometry/wkb_test.cpp": "#include <gtest/gtest.h>\n",
+    "mezalith/geometry/wkb_test.cpp": "#include <gtest/gtest.h>\n"
+    "#include <tests/support/folder.hpp>\n",
+    "tests/support/folder.hpp": "#include <string>\n",
     "mezalith/platform/CMakeLists.txt": "mezalith_units(core UNITS port)\n",
     "mezalith/platform/port.hpp": "#include <mezalith/geometry/primitives.hpp>\n",
     "mezalith/platform/cairo/CMakeLists.txt": "mezalith_units(cairo UNITS cairo_port)\n",
@@ -53,6 +55,18 @@ class CheckIncludes(unittest.TestCase):
         result = self.run_on({})
         self.assertEqual((result.returncode, result.stderr), (0, ""), result.stdout)
         self.assertIn("no layer broken, no circle", result.stdout)
+
+    def test_keeps_the_support_of_tests_apart(self):
+        self.assert_broken(
+            "tests/support/folder.hpp",
+            "#include <host/source.hpp>\n",
+            "knows nothing of the project",
+        )
+        self.assert_broken(
+            "mezalith/geometry/wkb.cpp",
+            "#include <tests/support/folder.hpp>\n",
+            "the library includes nothing above itself",
+        )
 
     def test_finds_a_circle_and_names_it(self):
         self.assert_broken(

@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: MIT
+#include "tests/support/temporary_folder.hpp"
 #include <mezalith/platform/cairo/cairo_port.hpp>
 #include <mezalith/platform/cairo/pictures.hpp>
 
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -235,44 +233,22 @@ TEST(CairoDocument, ReportsASinkThatRefuses) {
     }
 }
 
-/// A file name in a folder of its own; both go with the object.
-class TemporaryFile {
-  public:
-    explicit TemporaryFile(const std::string& ending) {
-        std::string folder = testing::TempDir() + "mezalith-XXXXXX";
-        path_ = std::filesystem::path(::mkdtemp(folder.data())) / ("map" + ending);
-    }
-    ~TemporaryFile() { std::filesystem::remove_all(path_.parent_path()); }
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
-
-    const std::filesystem::path& path() const { return path_; }
-    std::string bytes() const {
-        std::ifstream stream(path_, std::ios::binary);
-        return {std::istreambuf_iterator<char>(stream), {}};
-    }
-
-  private:
-    std::filesystem::path path_;
-};
-
 TEST(CairoDocument, WritesTheSameIntoAFile) {
-    const TemporaryFile svg(".svg");
-    const auto svgPort = CairoPort::svgPort({200, 100}, svg.path());
+    const testing::TemporaryFolder folder;
+    const auto svgPort = CairoPort::svgPort({200, 100}, folder.path("map.svg"));
     shadowedMap(*svgPort);
     EXPECT_TRUE(svgPort->finish());
-    EXPECT_EQ(svg.bytes(), documentOf(Format::SVG, shadowedMap));
-    const TemporaryFile pdf(".pdf");
-    const auto pdfPort = CairoPort::pdfPort({200, 100}, pdf.path());
+    EXPECT_EQ(folder.contentOf("map.svg"), documentOf(Format::SVG, shadowedMap));
+    const auto pdfPort = CairoPort::pdfPort({200, 100}, folder.path("map.pdf"));
     shadowedMap(*pdfPort);
     EXPECT_TRUE(pdfPort->finish());
-    EXPECT_EQ(pdf.bytes(), documentOf(Format::PDF, shadowedMap));
+    EXPECT_EQ(folder.contentOf("map.pdf"), documentOf(Format::PDF, shadowedMap));
 }
 
 TEST(CairoDocument, RefusingASizeLeavesTheFileAlone) {
-    const TemporaryFile file(".svg");
-    EXPECT_EQ(CairoPort::svgPort({0, 100}, file.path()), nullptr);
-    EXPECT_FALSE(std::filesystem::exists(file.path()));
+    const testing::TemporaryFolder folder;
+    EXPECT_EQ(CairoPort::svgPort({0, 100}, folder.path("map.svg")), nullptr);
+    EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
 }
 
 TEST(CairoDocument, SaysWhyAFileCannotBeMade) {
@@ -308,9 +284,9 @@ TEST(CairoPicture, IsWrittenAsPNG) {
     const std::string header("\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\0\x28\0\0\0\x14\x08\x06", 26);
     EXPECT_EQ(document.bytes.substr(0, 26), header);
     EXPECT_EQ(count(document.bytes, "tIME"), 0);
-    const TemporaryFile file(".png");
-    EXPECT_TRUE(port->writePNG(file.path()));
-    EXPECT_EQ(file.bytes(), document.bytes);
+    const testing::TemporaryFolder folder;
+    EXPECT_TRUE(port->writePNG(folder.path("map.png")));
+    EXPECT_EQ(folder.contentOf("map.png"), document.bytes);
     EXPECT_EQ(port->error(), std::nullopt);
 }
 
