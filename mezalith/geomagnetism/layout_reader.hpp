@@ -54,7 +54,7 @@ class Lines {
 
   private:
     std::string_view takeLine() {
-        const std::size_t end = std::min(rest_.find_first_of(platform::kLineEnds), rest_.size());
+        const std::size_t end = platform::lengthBefore(platform::kLineEnds, rest_);
         const std::string_view line = rest_.substr(0, end);
         const bool pair = rest_.substr(end).starts_with("\r\n");
         rest_.remove_prefix(std::min(end + (pair ? 2 : 1), rest_.size()));

@@ -44,10 +44,21 @@ TEST(TextOfFile, DoesNotWaitForAPipe) {
     EXPECT_EQ(reason(pipe), "is not a regular file");
 }
 
-std::vector<std::string> pieces(std::string_view text, std::string_view separators) {
+std::vector<std::string> pieces(std::string_view text, const CharacterSet& separators) {
     std::vector<std::string> result;
     forEachPiece(text, separators, [&](std::string_view piece) { result.emplace_back(piece); });
     return result;
+}
+
+TEST(CharacterSet, HasItsCharactersAndNoOthers) {
+    const CharacterSet set("a\xff");
+    EXPECT_TRUE(set.contains('a'));
+    EXPECT_TRUE(set.contains('\xff'));
+    EXPECT_FALSE(set.contains('b'));
+    EXPECT_FALSE(set.contains('\0'));
+    EXPECT_EQ(lengthBefore(set, "bca"), 2U);
+    EXPECT_EQ(lengthBefore(set, "abc"), 0U);
+    EXPECT_EQ(lengthBefore(set, "bcd"), 3U);
 }
 
 TEST(ForEachPiece, LeavesEmptyPiecesOut) {
