@@ -149,6 +149,7 @@ class LineParter {
 
     std::vector<std::shared_ptr<MzMultiPointGeometry>> finish() const {
         std::vector<std::shared_ptr<MzMultiPointGeometry>> lines;
+        lines.reserve(parts_.size());
         for (std::vector<MzPoint> part : parts_) {
             lines.push_back(MzMultiPointGeometry::initWithMultiPoint(
                 {static_cast<std::uint32_t>(part.size()), part.data()}));
