@@ -27,6 +27,10 @@ class MEZALITH_EXPORT Archivable {
     virtual std::string_view archiveClassName() const = 0;
     virtual void encodeWithCoder(KeyedArchiver& coder) const = 0;
 
+    /// The whole object as one line of text, for archives that people read; none unless the class
+    /// has such a form and it says all of this object.
+    virtual std::optional<std::string> archiveText() const;
+
   protected:
     Archivable() = default;
     Archivable(const Archivable&) = default;
@@ -48,7 +52,11 @@ class MEZALITH_EXPORT KeyedArchiver {
     /// A boxed number; nothing is stored as null.
     virtual void encodeNumber(std::optional<double> value, std::string_view key) = 0;
     virtual void encodeDoubles(std::span<const double> values, std::string_view key) = 0;
-    /// An object, or null.
+    /// The bytes of native doubles, to be read as bytes. Archives that people read show the numbers
+    /// beside them.
+    virtual void encodeBytesOfDoubles(std::span<const double> values, std::string_view key);
+    /// An object, or null. Objects are told apart by their addresses: each must live until the
+    /// whole archive is written.
     virtual void encodeObject(const Archivable* object, std::string_view key) = 0;
     virtual void encodeObjects(std::span<const Archivable* const> objects,
                                std::string_view key) = 0;
@@ -74,7 +82,32 @@ class MEZALITH_EXPORT KeyedUnarchiver {
     virtual std::shared_ptr<const Archivable> decodeObject(std::string_view key) const = 0;
     virtual std::vector<std::shared_ptr<const Archivable>> decodeObjects(
         std::string_view key) const = 0;
+
+    /// The object under `key` where one of the class `className` is wanted, so that it may be given
+    /// by its `archiveText` or without its class name. One of another class is answered as well.
+    virtual std::shared_ptr<const Archivable> decodeObjectOfClass(std::string_view className,
+                                                                  std::string_view key) const;
+
+    /// Says why the value under `key` cannot be used, on which strict archives are refused as a
+    /// whole; others do without the value.
+    virtual void failWithError(const std::string& reason, std::string_view key) const;
+    /// The same of one of the objects in the list under `key`.
+    virtual void failWithErrorAtIndex(const std::string& reason, std::string_view key,
+                                      std::size_t index) const;
 };
+
+/// The object of class `className` under `key`, null where it is null; none, and the archive fails,
+/// when it is no T.
+template <typename T>
+std::optional<std::shared_ptr<const T>> decodedObject(const KeyedUnarchiver& coder,
+                                                      const std::string& className,
+                                                      std::string_view key) {
+    const std::shared_ptr<const Archivable> object = coder.decodeObjectOfClass(className, key);
+    auto result = std::dynamic_pointer_cast<const T>(object);
+    if (object == nullptr || result != nullptr) return result;
+    coder.failWithError(std::string(object->archiveClassName()) + ", not " + className, key);
+    return std::nullopt;
+}
 
 /// An unkeyed archive: a sequence of arrays, read back in the order they were written.
 class MEZALITH_EXPORT Archiver {

@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include <mezalith/platform/color.hpp>
 #include <mezalith/platform/css_color_names.hpp>
+#include <mezalith/platform/nearest_name.hpp>
 #include <mezalith/platform/number_text.hpp>
 
 #include <algorithm>
+#include <bit>
 #include <charconv>
+#include <cmath>
+#include <cstdint>
 #include <utility>
 #include <vector>
 
@@ -12,6 +16,8 @@ namespace mezalith::platform {
 namespace {
 
 using Components = std::array<double, 4>;
+/// Of components, to compare them to the last bit.
+using Bits = std::array<std::uint64_t, 4>;
 
 struct SpaceEntry {
     std::string_view archiveName;
@@ -37,6 +43,12 @@ std::optional<ColorSpace> spaceWithArchiveName(std::string_view name) {
         }
     }
     return std::nullopt;
+}
+
+std::string suggestedSpace(std::string_view name) {
+    std::vector<std::string_view> names;
+    for (const SpaceEntry& entry : spaces) names.push_back(entry.archiveName);
+    return suggestion(name, names);
 }
 
 std::string lowerCase(std::string_view text) {
@@ -231,7 +243,7 @@ std::string_view Color::archiveClassName() const { return "Color"; }
 
 void Color::encodeWithCoder(KeyedArchiver& coder) const {
     const SpaceEntry& entry = entryOf(space_);
-    coder.encodeString(entry.archiveName, "colorSpace");
+    coder.encodeString(entry.archiveName, "space");
     if (hasName(space_)) {
         coder.encodeString(name_, "name");
     } else {
@@ -240,17 +252,42 @@ void Color::encodeWithCoder(KeyedArchiver& coder) const {
     coder.encodeNumber(alpha_, "alpha");
 }
 
+std::optional<std::string> Color::archiveText() const {
+    static constexpr std::string_view kDigits = "0123456789abcdef";
+    std::string text = "#";
+    for (const double channel : {components_[0], components_[1], components_[2], alpha_}) {
+        // A NaN is out of range, too.
+        const bool isInRange = channel >= 0 && channel <= 1;
+        const auto byte = static_cast<std::size_t>(isInRange ? std::lround(channel * 255) : 0);
+        text += {kDigits[byte / 16], kDigits[byte % 16]};
+    }
+    const auto read = colorWithText(text);
+    const bool isSame = space_ == read->space_ && alpha_ == read->alpha_ &&
+                        std::bit_cast<Bits>(components_) == std::bit_cast<Bits>(read->components_);
+    return isSame ? std::optional(text) : std::nullopt;
+}
+
 std::shared_ptr<const Color> Color::initWithCoder(const KeyedUnarchiver& coder) {
-    const auto space = spaceWithArchiveName(coder.decodeString("colorSpace"));
-    const auto alpha = coder.decodeNumber("alpha");
-    if (!space || !alpha) {
+    const std::string spaceName = coder.decodeString("space");
+    const auto space = spaceWithArchiveName(spaceName);
+    const auto alpha = coder.containsValueForKey("alpha") ? coder.decodeNumber("alpha") : 1;
+    if (!space) {
+        coder.failWithError("unknown colour space" + suggestedSpace(spaceName), "space");
+        return nullptr;
+    }
+    if (!alpha) {
+        coder.failWithError("null, not a number", "alpha");
         return nullptr;
     }
     if (hasName(*space)) {
         return make(*space, {}, *alpha, coder.decodeString("name"));
     }
     const std::vector<double> values = coder.decodeDoubles("components");
-    if (values.size() != entryOf(*space).componentCount) {
+    const std::size_t count = entryOf(*space).componentCount;
+    if (values.size() != count) {
+        coder.failWithError(std::to_string(values.size()) + " components where " + spaceName +
+                                " has " + std::to_string(count),
+                            "components");
         return nullptr;
     }
     Components components{};

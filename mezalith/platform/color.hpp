@@ -72,9 +72,13 @@ class MEZALITH_EXPORT Color final : public Archivable {
     std::string description() const;
 
     std::string_view archiveClassName() const override;
+    /// Writes "space", then "components" as doubles or, for a space without, "name", and "alpha".
     void encodeWithCoder(KeyedArchiver& coder) const override;
-    /// Reads what `encodeWithCoder` wrote; null for an unknown space or components that are not
-    /// numbers. Out-of-range components are kept.
+    /// "#rrggbbaa" when it reads back to exactly this colour.
+    std::optional<std::string> archiveText() const override;
+    /// Reads what `encodeWithCoder` wrote, an absent alpha as 1; null for an unknown space, an
+    /// alpha that is null and components that are not as many numbers as the space has.
+    /// Out-of-range components are kept.
     static std::shared_ptr<const Color> initWithCoder(const KeyedUnarchiver& coder);
 
   private:

@@ -168,15 +168,15 @@ TEST(Color, DescribesItselfInRGBOrByName) {
 TEST(Color, WritesSpaceComponentsAndAlphaInThisOrder) {
     KeyedStore store;
     Color::colorWithDeviceCyan(0.1, 0.2, 0.3, 0.4, 0.5)->encodeWithCoder(store);
-    EXPECT_EQ(store.layout(), (std::vector<std::string>{"string colorSpace", "doubles components",
-                                                        "number alpha"}));
-    EXPECT_EQ(store.decodeString("colorSpace"), "deviceCMYK");
+    EXPECT_EQ(store.layout(),
+              (std::vector<std::string>{"string space", "doubles components", "number alpha"}));
+    EXPECT_EQ(store.decodeString("space"), "deviceCMYK");
     EXPECT_EQ(store.decodeDoubles("components"), (std::vector<double>{0.1, 0.2, 0.3, 0.4}));
     EXPECT_EQ(store.decodeNumber("alpha"), 0.5);
     KeyedStore named;
     Color::colorWithName("navy")->encodeWithCoder(named);
     EXPECT_EQ(named.layout(),
-              (std::vector<std::string>{"string colorSpace", "string name", "number alpha"}));
+              (std::vector<std::string>{"string space", "string name", "number alpha"}));
     EXPECT_EQ(Color::blackColor()->archiveClassName(), "Color");
 }
 
@@ -194,6 +194,31 @@ TEST(Color, ComesBackFromItsArchive) {
     }
 }
 
+TEST(Color, IsHexadecimalTextWhenThatSaysAllOfIt) {
+    EXPECT_EQ(Color::cyanColor()->archiveText(), "#00ffffff");
+    EXPECT_EQ(Color::colorWithText("#1280fE7f")->archiveText(), "#1280fe7f");
+    EXPECT_EQ(Color::colorWithCalibratedRed(0.5, 0, 0, 1)->archiveText(), std::nullopt);
+    EXPECT_EQ(Color::colorWithCalibratedRed(-0.0, 0, 0, 1)->archiveText(), std::nullopt);
+    EXPECT_EQ(Color::colorWithCalibratedRed(2, 0, 0, 1)->archiveText(), std::nullopt);
+    EXPECT_EQ(Color::colorWithCalibratedRed(1, 0, 0, 0.25)->archiveText(), std::nullopt);
+    EXPECT_EQ(Color::colorWithCalibratedRed(1, 0, 0, std::nan(""))->archiveText(), std::nullopt);
+    EXPECT_EQ(Color::colorWithDeviceRed(1, 0, 0, 1)->archiveText(), std::nullopt);
+    EXPECT_EQ(Color::colorWithCalibratedWhite(1, 1)->archiveText(), std::nullopt);
+    EXPECT_EQ(Color::colorWithName("red")->archiveText(), std::nullopt);
+    EXPECT_EQ(Color::colorWithPatternName("red")->archiveText(), std::nullopt);
+}
+
+TEST(Color, HasTextForEveryByteOfEveryChannel) {
+    for (int byte = 0; byte < 256; ++byte) {
+        const double channel = byte / 255.0;
+        const auto color = Color::colorWithCalibratedRed(channel, channel, channel, channel);
+        const auto text = color->archiveText();
+        ASSERT_TRUE(text) << byte;
+        EXPECT_EQ(Color::colorWithText(*text)->components(), color->components());
+        EXPECT_EQ(Color::colorWithText(*text)->alphaComponent(), channel);
+    }
+}
+
 /// The archive of a colour.
 struct Fields {
     std::string space = "calibratedRGB";
@@ -202,7 +227,7 @@ struct Fields {
 
     std::shared_ptr<const Color> color() const {
         KeyedStore store;
-        store.encodeString(space, "colorSpace");
+        store.encodeString(space, "space");
         store.encodeDoubles(components, "components");
         store.encodeNumber(alpha, "alpha");
         return Color::initWithCoder(store);
@@ -216,6 +241,13 @@ TEST(Color, IsNotMadeOfADamagedArchive) {
     EXPECT_EQ((Fields{.components = {0, 1, 1, 1}}.color()), nullptr);
     EXPECT_EQ(Fields{.alpha = std::nullopt}.color(), nullptr);
     EXPECT_EQ(Color::initWithCoder(KeyedStore()), nullptr);
+}
+
+TEST(Color, IsOpaqueWithoutAnAlpha) {
+    KeyedStore store;
+    store.encodeString("deviceRGB", "space");
+    store.encodeDoubles(std::array{1.0, 0.5, 0.0}, "components");
+    EXPECT_EQ(Color::initWithCoder(store)->alphaComponent(), 1);
 }
 
 }  // namespace

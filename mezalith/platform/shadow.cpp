@@ -25,7 +25,7 @@ std::shared_ptr<const Shadow> Shadow::initWithCoder(const KeyedUnarchiver& coder
     const auto shadow = std::make_shared<Shadow>();
     shadow->offset = {coder.decodeDouble("offsetWidth"), coder.decodeDouble("offsetHeight")};
     shadow->blurRadius = coder.decodeDouble("blurRadius");
-    shadow->color = std::dynamic_pointer_cast<const Color>(coder.decodeObject("color"));
+    shadow->color = decodedObject<Color>(coder, "Color", "color").value_or(nullptr);
     return shadow;
 }
 

@@ -238,8 +238,8 @@ void MzPointSymbolizer::makeLayer(GraphicsPort& port, double scaleFactor) {
     if (theLayer_ != nullptr) return;
     const double side = layerSide();
     theLayer_ = port.createLayer({side, side});
-    if (theLayer_ == nullptr) return;
-    GraphicsPort* const layerPort = theLayer_->port();
+    GraphicsPort* const layerPort = theLayer_ != nullptr ? theLayer_->port() : nullptr;
+    if (layerPort == nullptr) return;
     layerPort->saveState();
     layerPort->translate(side / 2, side / 2);
     symbolizeInContext(layerPort, scaleFactor);
@@ -459,7 +459,7 @@ void MzPointSymbolizer::decodeWithCoder(const platform::KeyedUnarchiver& coder) 
     symbolRotation_ = coder.decodeFloat("symbolRotation");
     symbolOpacity_ = coder.decodeFloat("symbolOpacity");
     shouldShadow_ = coder.decodeBool("shouldShadow");
-    shadow_ = std::dynamic_pointer_cast<const Shadow>(coder.decodeObject("shadow"));
+    shadow_ = platform::decodedObject<Shadow>(coder, "Shadow", "shadow").value_or(nullptr);
 }
 
 }  // namespace mezalith

@@ -108,9 +108,10 @@ bool MzRule::decodeWithCoder(const platform::KeyedUnarchiver& coder) {
     setMaxScaleDenominator(coder.decodeNumber("maxScaleDenominator"));
     setSelectionFilter(coder.decodeInt("selectionFilter"));
     setFilterType(coder.decodeInt("filterType"));
-    const auto filter = coder.decodeObject("filter");
-    setFilter(std::dynamic_pointer_cast<const platform::Predicate>(filter));
-    return (filter == nullptr || filter_ != nullptr) && decodeMembers(coder);
+    const auto filter = platform::decodedObject<platform::Predicate>(coder, "Predicate", "filter");
+    if (!filter) return false;
+    setFilter(*filter);
+    return decodeMembers(coder);
 }
 
 }  // namespace mezalith

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <string>
 
 namespace mezalith {
 
@@ -23,11 +24,24 @@ std::uint64_t decodeUnsigned(const platform::KeyedUnarchiver& coder, std::string
     return static_cast<std::uint64_t>(coder.decodeInt(key));
 }
 
+/// At most `count` whole doubles; fails unless there are as many, or none at all.
 std::vector<double> decodeDash(const platform::KeyedUnarchiver& coder, std::uint64_t count) {
     const std::vector<std::byte> bytes = coder.decodeBytes("lineDash");
+    if (!bytes.empty() && bytes.size() != count * sizeof(double)) {
+        coder.failWithError(
+            std::to_string(bytes.size()) + " bytes, but lineDashCount is " + std::to_string(count),
+            "lineDash");
+    }
     std::vector<double> dash(std::min<std::uint64_t>(count, bytes.size() / sizeof(double)));
     if (!dash.empty()) std::memcpy(dash.data(), bytes.data(), dash.size() * sizeof(double));
     return dash;
+}
+
+std::uint64_t decodeCount(const platform::KeyedUnarchiver& coder, std::string_view key) {
+    const std::int32_t count = coder.decodeInt(key);
+    if (count < 0)
+        coder.failWithError("the number " + std::to_string(count) + ", not a count", key);
+    return static_cast<std::uint64_t>(std::max(count, 0));
 }
 
 }  // namespace
@@ -66,19 +80,20 @@ bool MzStroke::isEqualTo(const MzStroke& other) const {
 }
 
 void MzStroke::encodeWithCoder(platform::KeyedArchiver& coder) const {
+    const std::span<const double> pattern = dashPattern();
     encodeUnsigned(coder, lineJoin, "lineJoin");
     encodeUnsigned(coder, lineCap, "lineCap");
     coder.encodeFloat(static_cast<float>(lineDashOffset), "lineDashOffset");
-    encodeUnsigned(coder, lineDashCount, "lineDashCount");
+    encodeUnsigned(coder, pattern.empty() ? lineDashCount : pattern.size(), "lineDashCount");
     coder.encodeBool(isDashed, "isDashed");
-    coder.encodeBytes(std::as_bytes(dashPattern()), "lineDash");
+    coder.encodeBytesOfDoubles(pattern, "lineDash");
 }
 
 void MzStroke::decodeWithCoder(const platform::KeyedUnarchiver& coder) {
     lineJoin = decodeUnsigned(coder, "lineJoin");
     lineCap = decodeUnsigned(coder, "lineCap");
     lineDashOffset = double{coder.decodeFloat("lineDashOffset")};
-    lineDashCount = static_cast<std::uint64_t>(std::max(coder.decodeInt("lineDashCount"), 0));
+    lineDashCount = decodeCount(coder, "lineDashCount");
     isDashed = coder.decodeBool("isDashed");
     lineDash = decodeDash(coder, lineDashCount);
 }

@@ -43,11 +43,13 @@ struct MEZALITH_EXPORT MzStroke {
 
     /// Writes "lineJoin", "lineCap", "lineDashOffset", "lineDashCount", "isDashed" and "lineDash";
     /// "strokeWidth" is the owner's to write. Counts and codes keep their low 32 bits, the offset
-    /// is narrowed to float, the pattern is `dashPattern` as native doubles.
+    /// is narrowed to float, the pattern is `dashPattern` as native doubles. The count is that of
+    /// `dashPattern` unless it is empty.
     void encodeWithCoder(platform::KeyedArchiver& coder) const;
 
     /// Reads what `encodeWithCoder` wrote. A negative count counts as 0; of the pattern's bytes at
-    /// most `lineDashCount` whole doubles are taken.
+    /// most `lineDashCount` whole doubles are taken. Strict archives fail on a negative count, and
+    /// on bytes that are there but not as many as `lineDashCount` says.
     void decodeWithCoder(const platform::KeyedUnarchiver& coder);
 };
 

@@ -180,6 +180,17 @@ TEST(Stroke, WritesTheEntriesThatAreCountedAndThere) {
     EXPECT_EQ(archived(stroke).decodeBytes("lineDash").size(), 8U);
     stroke.lineDashCount = 1'000'000'000'000;
     EXPECT_EQ(archived(stroke).decodeBytes("lineDash").size(), 16U);
+    EXPECT_EQ(archived(stroke).decodeInt("lineDashCount"), 2);
+}
+
+TEST(Stroke, KeepsTheCountOfAPatternThatWasTakenAway) {
+    MzStroke stroke = dashedStroke({});
+    stroke.lineDashCount = 4;
+    EXPECT_EQ(archived(stroke).decodeInt("lineDashCount"), 4);
+    MzStroke decoded;
+    decoded.decodeWithCoder(archived(stroke));
+    EXPECT_EQ(decoded.lineDashCount, 4U);
+    EXPECT_TRUE(decoded.lineDash.empty());
 }
 
 TEST(Stroke, ReadsWhatItWrote) {

@@ -94,7 +94,7 @@ std::shared_ptr<const platform::Color> MzStrokedSymbolizer::colorWithOpacity(
 
 std::shared_ptr<const platform::Color> MzStrokedSymbolizer::decodeColor(
     const platform::KeyedUnarchiver& coder, std::string_view key) {
-    return std::dynamic_pointer_cast<const platform::Color>(coder.decodeObject(key));
+    return platform::decodedObject<platform::Color>(coder, "Color", key).value_or(nullptr);
 }
 
 }  // namespace mezalith

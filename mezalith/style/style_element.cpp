@@ -29,6 +29,12 @@ IndexRange movedRange(std::size_t from, std::size_t to) {
             static_cast<std::size_t>(std::abs(first - last))};
 }
 
+/// "MzStyle, not one of the rules".
+std::string whyNoMember(const platform::Archivable* object, std::string_view listKey) {
+    const std::string_view what = object != nullptr ? object->archiveClassName() : "null";
+    return std::string(what) + ", not one of the " + std::string(listKey);
+}
+
 }  // namespace
 
 template <typename Member>
@@ -38,7 +44,7 @@ MzStyleElement<Member>::MzStyleElement(std::string name, std::string_view listKe
 
 template <typename Member>
 MzStyleElement<Member>::~MzStyleElement() {
-    for (const auto& member : members_) stopObserving(*member);
+    for (const auto& member : *members_) stopObserving(*member);
 }
 
 template <typename Member>
@@ -65,22 +71,33 @@ void MzStyleElement<Member>::observeValueForKey(const std::string&, platform::Ob
 template <typename Member>
 void MzStyleElement<Member>::setMembers(Members members) {
     std::erase(members, nullptr);
-    setProperty(listKey_, members_, std::move(members));
+    setProperty(listKey_, members_, std::make_shared<const Members>(std::move(members)));
+}
+
+template <typename Member>
+template <typename Edit>
+void MzStyleElement<Member>::edit(platform::ChangeKind kind, platform::IndexRange range,
+                                  Edit change) {
+    willChange(kind, range, listKey_);
+    auto edited = std::make_shared<Members>(*members_);
+    change(*edited);
+    members_ = std::move(edited);
+    didChange(kind, range, listKey_);
 }
 
 template <typename Member>
 bool MzStyleElement<Member>::addMember(std::shared_ptr<Member> member) {
-    return addMember(std::move(member), members_.size());
+    return addMember(std::move(member), members_->size());
 }
 
 template <typename Member>
 bool MzStyleElement<Member>::addMember(std::shared_ptr<Member> member, std::size_t index) {
     if (member == nullptr) return false;
     observe(*member);
-    if (index > members_.size()) return false;
-    willChange(ChangeKind::Insertion, {index, 1}, listKey_);
-    members_.insert(members_.begin() + static_cast<std::ptrdiff_t>(index), std::move(member));
-    didChange(ChangeKind::Insertion, {index, 1}, listKey_);
+    if (index > members_->size()) return false;
+    edit(ChangeKind::Insertion, {index, 1}, [&](Members& members) {
+        members.insert(members.begin() + static_cast<std::ptrdiff_t>(index), member);
+    });
     return true;
 }
 
@@ -89,25 +106,22 @@ bool MzStyleElement<Member>::removeMember(std::shared_ptr<Member> member) {
     if (member == nullptr) return false;
     stopObserving(*member);
     willRemoveMember(*member);
-    const auto found = std::ranges::find(members_, member);
-    if (found == members_.end()) return true;
-    const auto index = static_cast<std::size_t>(found - members_.begin());
-    willChange(ChangeKind::Removal, {index, 1}, listKey_);
-    members_.erase(found);
-    didChange(ChangeKind::Removal, {index, 1}, listKey_);
+    const auto index = std::ranges::find(*members_, member) - members_->begin();
+    if (static_cast<std::size_t>(index) == members_->size()) return true;
+    edit(ChangeKind::Removal, {static_cast<std::size_t>(index), 1},
+         [&](Members& members) { members.erase(members.begin() + index); });
     return true;
 }
 
 template <typename Member>
 bool MzStyleElement<Member>::moveMemberFromIndex(std::size_t from, std::size_t to) {
-    checkIndex(from, members_.size());
-    checkIndex(to, members_.size());
-    const IndexRange range = movedRange(from, to);
-    willChange(ChangeKind::Replacement, range, listKey_);
-    std::shared_ptr<Member> member = std::move(members_[from]);
-    members_.erase(members_.begin() + static_cast<std::ptrdiff_t>(from));
-    members_.insert(members_.begin() + static_cast<std::ptrdiff_t>(to), std::move(member));
-    didChange(ChangeKind::Replacement, range, listKey_);
+    checkIndex(from, members_->size());
+    checkIndex(to, members_->size());
+    edit(ChangeKind::Replacement, movedRange(from, to), [&](Members& members) {
+        std::shared_ptr<Member> member = std::move(members[from]);
+        members.erase(members.begin() + static_cast<std::ptrdiff_t>(from));
+        members.insert(members.begin() + static_cast<std::ptrdiff_t>(to), std::move(member));
+    });
     return true;
 }
 
@@ -125,7 +139,7 @@ void MzStyleElement<Member>::copyElementTo(MzStyleElement& copy) const {
 template <typename Member>
 bool MzStyleElement<Member>::isEqualToElement(const MzStyleElement& other) const {
     return name_ == other.name_ && title_ == other.title_ && abstract_ == other.abstract_ &&
-           members_ == other.members_;
+           *members_ == *other.members_;
 }
 
 template <typename Member>
@@ -138,7 +152,7 @@ void MzStyleElement<Member>::encodeTexts(platform::KeyedArchiver& coder) const {
 template <typename Member>
 void MzStyleElement<Member>::encodeMembers(platform::KeyedArchiver& coder) const {
     std::vector<const platform::Archivable*> objects;
-    for (const auto& member : members_) {
+    for (const auto& member : *members_) {
         objects.push_back(dynamic_cast<const platform::Archivable*>(member.get()));
     }
     std::erase(objects, nullptr);
@@ -157,12 +171,16 @@ bool MzStyleElement<Member>::decodeMembers(const platform::KeyedUnarchiver& code
     Members members;
     for (const auto& object : coder.decodeObjects(listKey_)) {
         const auto member = std::dynamic_pointer_cast<const Member>(object);
-        if (member == nullptr) return false;
+        if (member == nullptr) {
+            coder.failWithErrorAtIndex(whyNoMember(object.get(), listKey_), listKey_,
+                                       members.size());
+            return false;
+        }
         // The archive made it, and nobody else has a say in its constness.
         members.push_back(std::const_pointer_cast<Member>(member));
     }
     setMembers(std::move(members));
-    for (const auto& member : members_) observe(*member);
+    for (const auto& member : *members_) observe(*member);
     return true;
 }
 

@@ -21,8 +21,9 @@ namespace mezalith {
 /// A member that is added is observed: when its "drawProperty" changes, the element announces a
 /// change of its own. Observation begins with adding or decoding a member and ends with removing it
 /// or with the element; replacing the whole list leaves it as it is, and a copy observes nothing.
-/// Lists hold no null. They must not be edited while the element draws or is asked for a hit, nor
-/// by an observer that is told before a change of the list.
+/// Lists hold no null. They may be edited at any time, also by what the element calls while it
+/// draws or is asked for a hit, which goes on with the list as it was when it began; but not by an
+/// observer that is told before a change of the list.
 template <typename Member>
 class MEZALITH_EXPORT MzStyleElement : public platform::Observable,
                                        public platform::Observer,
@@ -42,6 +43,9 @@ class MEZALITH_EXPORT MzStyleElement : public platform::Observable,
     const std::string& abstract() const { return abstract_; }
     void setAbstract(std::string abstract);
 
+    /// The list of members as it is now; later edits make a new one.
+    std::shared_ptr<const Members> memberSnapshot() const { return members_; }
+
     /// Announces a change of the element's drawing for a member's; ignores notifications that come
     /// with any context but that of the element's own observation.
     void observeValueForKey(const std::string& key, platform::Observable* object,
@@ -52,7 +56,7 @@ class MEZALITH_EXPORT MzStyleElement : public platform::Observable,
     /// `observationContext` marks the observation of its members.
     MzStyleElement(std::string name, std::string_view listKey, std::int64_t observationContext);
 
-    const Members& members() const { return members_; }
+    const Members& members() const { return *members_; }
     void setMembers(Members members);
 
     bool addMember(std::shared_ptr<Member> member);
@@ -76,13 +80,16 @@ class MEZALITH_EXPORT MzStyleElement : public platform::Observable,
     bool decodeMembers(const platform::KeyedUnarchiver& coder);
 
   private:
+    /// Announces a change of the list around making it in a new copy.
+    template <typename Edit>
+    void edit(platform::ChangeKind kind, platform::IndexRange range, Edit change);
     void observe(Member& member);
     void stopObserving(Member& member);
 
     std::string name_;
     std::string title_;
     std::string abstract_;
-    Members members_;
+    std::shared_ptr<const Members> members_ = std::make_shared<const Members>();
     std::string_view listKey_;
     std::int64_t observationContext_;
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <mezalith/platform/json/json_archive.hpp>
 #include <mezalith/platform/json/json_document.hpp>
+#include <mezalith/platform/json/tree_unarchiver.hpp>
 
 #include <algorithm>
 #include <utility>
@@ -8,25 +9,33 @@
 namespace mezalith::platform {
 namespace {
 
-std::optional<std::deque<std::vector<double>>> arraysOf(std::string_view text, std::string& error) {
-    const auto content = detail::archiveContent(text, detail::arraysKey, error);
-    if (!content) {
+using Arrays = std::deque<std::vector<double>>;
+
+std::optional<Arrays> arraysOf(const detail::ArchiveValue& content, detail::ArchiveError& error) {
+    const auto* list = content.as<detail::ArchiveList>();
+    if (list == nullptr) {
+        error = {"/arrays: " + detail::kindOf(content) + ", not a list", content.offset};
         return std::nullopt;
     }
-    if (!content->is_array()) {
-        error = "/arrays: not a list";
-        return std::nullopt;
-    }
-    std::deque<std::vector<double>> arrays;
-    for (const detail::JsonRead& member : *content) {
-        auto numbers = detail::numbersFromJson(member);
+    Arrays arrays;
+    for (const detail::ArchiveValue& member : *list) {
+        auto numbers = detail::numbersOf(member);
         if (!numbers) {
-            error = "/arrays/" + std::to_string(arrays.size()) + ": not a list of numbers";
+            error = {"/arrays/" + std::to_string(arrays.size()) + ": " + detail::kindOf(member) +
+                         ", not a list of numbers",
+                     member.offset};
             return std::nullopt;
         }
         arrays.push_back(std::move(*numbers));
     }
     return arrays;
+}
+
+std::optional<Arrays> arraysIn(std::string_view text, detail::ArchiveError& error) {
+    auto document = detail::jsonTree(text, error);
+    if (!document) return std::nullopt;
+    const auto content = detail::contentOf(std::move(*document), detail::kArraysKey, error);
+    return content ? arraysOf(*content, error) : std::nullopt;
 }
 
 }  // namespace
@@ -36,11 +45,13 @@ void JsonArchiver::encodeArray(std::span<const double> values) {
 }
 
 std::string JsonArchiver::text() const {
-    auto arrays = detail::JsonWritten::array();
+    detail::ArchiveList arrays;
     for (const std::vector<double>& array : arrays_) {
-        arrays.push_back(detail::numbersAsJson(array));
+        detail::ArchiveList values;
+        for (const double value : array) values.push_back({value});
+        arrays.push_back({std::move(values)});
     }
-    return detail::archiveText(detail::arraysKey, std::move(arrays));
+    return detail::jsonText(detail::framed(detail::kArraysKey, {std::move(arrays)}));
 }
 
 JsonUnarchiver::JsonUnarchiver(std::deque<std::vector<double>> arrays)
@@ -48,10 +59,10 @@ JsonUnarchiver::JsonUnarchiver(std::deque<std::vector<double>> arrays)
 
 std::optional<JsonUnarchiver> JsonUnarchiver::unarchiverWithText(std::string_view text,
                                                                  std::string* error) {
-    std::string reason;
-    auto arrays = arraysOf(text, reason);
+    detail::ArchiveError reason;
+    auto arrays = arraysIn(text, reason);
     if (error != nullptr) {
-        *error = reason;
+        *error = arrays ? std::string() : detail::jsonErrorText(text, reason);
     }
     return arrays ? std::optional(JsonUnarchiver(std::move(*arrays))) : std::nullopt;
 }

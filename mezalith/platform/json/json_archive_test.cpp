@@ -67,13 +67,15 @@ TEST(JsonArchive, SaysWhyATextIsNone) {
         EXPECT_FALSE(JsonUnarchiver::unarchiverWithText(text, &error)) << text;
         return error;
     };
-    EXPECT_EQ(errorOf(archiveWith("{}")), "/arrays: not a list");
-    EXPECT_EQ(errorOf(archiveWith("3")), "/arrays: not a list");
-    EXPECT_EQ(errorOf(archiveWith("[[1],[\"1\"]]")), "/arrays/1: not a list of numbers");
-    EXPECT_EQ(errorOf(archiveWith("[[1],7]")), "/arrays/1: not a list of numbers");
+    EXPECT_EQ(errorOf(archiveWith("{}")), "line 1, column 51: /arrays: an object, not a list");
+    EXPECT_EQ(errorOf(archiveWith("3")), "line 1, column 51: /arrays: the number 3, not a list");
+    EXPECT_EQ(errorOf(archiveWith("[[1],[\"1\"]]")),
+              "line 1, column 56: /arrays/1: a list, not a list of numbers");
+    EXPECT_EQ(errorOf(archiveWith("[[1],7]")),
+              "line 1, column 56: /arrays/1: the number 7, not a list of numbers");
     EXPECT_EQ(errorOf(R"({"format":"mezalith archive","version":1,"root":null})"),
-              "an archive without \"arrays\"");
-    EXPECT_EQ(errorOf("[]"), "no mezalith archive");
+              "line 1, column 42: unknown key \"root\"");
+    EXPECT_EQ(errorOf("[]"), "line 1, column 1: no mezalith archive");
     EXPECT_FALSE(JsonUnarchiver::unarchiverWithText(""));
 }
 

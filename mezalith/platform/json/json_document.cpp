@@ -1,24 +1,24 @@
 // SPDX-License-Identifier: MIT
+#include <mezalith/platform/json/base64.hpp>
 #include <mezalith/platform/json/json_document.hpp>
+#include <mezalith/platform/json/utf8.hpp>
 #include <mezalith/platform/number_text.hpp>
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
+#include <cstddef>
 #include <iterator>
 #include <utility>
-#include <vector>
+
+#include <nlohmann/json.hpp>
 
 namespace mezalith::platform::detail {
 namespace {
 
-constexpr char formatKey[] = "format";
-constexpr char formatName[] = "mezalith archive";
-constexpr char versionKey[] = "version";
-constexpr int version = 1;
+using Json = nlohmann::json;
 
-/// Reads a text and counts what was read of it.
+/// Reads a text and tells how far.
 class CountingIterator {
   public:
     using iterator_category = std::input_iterator_tag;
@@ -43,55 +43,68 @@ class CountingIterator {
     const char** farthest_;
 };
 
-/// Builds a value from the events of a parser; stops at whatever is refused.
-class Builder final : public nlohmann::json_sax<JsonRead> {
+/// Takes a parser's events, finds out where each began, and stops at whatever is refused.
+class Events final : public nlohmann::json_sax<Json> {
   public:
-    // NOLINTNEXTLINE(bugprone-exception-escape): an empty value is made without allocating
-    Builder() = default;
-    Builder(const Builder&) = delete;
-    Builder& operator=(const Builder&) = delete;
+    explicit Events(std::string_view text) : text_(text), farthest_(text.data()) {}
+    Events(const Events&) = delete;
+    Events& operator=(const Events&) = delete;
 
-    JsonRead root;
-    std::string error;
-
-    bool null() override { return add(nullptr); }
-    bool boolean(bool value) override { return add(value); }
-    bool number_integer(number_integer_t value) override { return add(value); }
-    bool number_unsigned(number_unsigned_t value) override { return add(value); }
-    bool number_float(number_float_t value, const string_t&) override { return add(value); }
-    bool string(string_t& value) override { return add(std::move(value)); }
-    bool binary(binary_t&) override { return false; }
-    bool start_object(std::size_t) override { return open(JsonRead::object()); }
-    bool end_object() override { return close(); }
-    bool start_array(std::size_t) override { return open(JsonRead::array()); }
-    bool end_array() override { return close(); }
-
-    bool key(string_t& value) override {
-        const auto [member, isNew] = open_.back()->emplace(std::move(value), nullptr);
-        member_ = &*member;
-        return isNew || refuse("a key that the object has already");
+    bool parse() {
+        return Json::sax_parse(CountingIterator(text_.data(), &farthest_),
+                               CountingIterator(text_.data() + text_.size(), &farthest_), this);
     }
+    ArchiveBuilder& builder() { return builder_; }
+
+    bool null() override { return builder_.add({{}, begin()}); }
+    bool boolean(bool value) override { return builder_.add({value, begin()}); }
+    bool number_integer(number_integer_t value) override { return builder_.add({value, begin()}); }
+    bool number_unsigned(number_unsigned_t value) override {
+        if (std::in_range<std::int64_t>(value)) {
+            return builder_.add({static_cast<std::int64_t>(value), begin()});
+        }
+        return builder_.add({static_cast<double>(value), begin()});
+    }
+    bool number_float(number_float_t value, const string_t&) override {
+        return builder_.add({value, begin()});
+    }
+    bool string(string_t& value) override { return builder_.add({std::move(value), begin()}); }
+    bool binary(binary_t&) override { return false; }
+    bool start_object(std::size_t) override { return builder_.open({ArchiveObject(), begin()}); }
+    bool start_array(std::size_t) override { return builder_.open({ArchiveList(), begin()}); }
+    bool end_object() override { return builder_.close(); }
+    bool end_array() override { return builder_.close(); }
+    bool key(string_t& value) override { return builder_.addKey(std::move(value), begin()); }
 
     bool parse_error(std::size_t, const std::string&,
                      const nlohmann::detail::exception& exception) override {
-        return refuse(reasonOf(exception.what()));
+        const std::size_t read = offsetOf(farthest_);
+        return builder_.fail(reasonOf(exception.what()), read > 0 ? read - 1 : 0);
     }
 
   private:
-    std::vector<JsonRead*> open_;
-    JsonRead* member_ = nullptr;  ///< of the innermost object, where the next value goes
+    std::string_view text_;
+    const char* farthest_;  ///< what the parser has read; of numbers and the end one more
+    std::size_t end_ = 0;   ///< how far that was at the event before
+    ArchiveBuilder builder_;
 
-    bool refuse(const std::string& reason) {
-        error = reason;
-        return false;
+    std::size_t offsetOf(const char* at) const {
+        return static_cast<std::size_t>(at - text_.data());
     }
 
-    /// The reason alone, of "[id] parse error at position: reason; last read: text".
+    /// Where what the parser has just read begins: behind the last event, blanks and punctuation.
+    std::size_t begin() {
+        const std::size_t found = text_.find_first_not_of(" \t\r\n,:]}", end_);
+        end_ = offsetOf(farthest_);
+        return std::min(found, text_.size());
+    }
+
+    /// The reason alone, of "[id] parse error at position: syntax error while parsing what -
+    /// reason; last read: text".
     static std::string reasonOf(std::string_view text) {
         text = behind(text, "] ");
-        if (text.starts_with("parse error at")) {
-            text = behind(text, ": ");
-        }
+        if (text.starts_with("parse error at")) text = behind(text, ": ");
+        if (text.starts_with("syntax error while")) text = behind(text, " - ");
         return std::string(text.substr(0, text.find("; last read")));
     }
 
@@ -99,63 +112,30 @@ class Builder final : public nlohmann::json_sax<JsonRead> {
         const std::size_t at = text.find(mark);
         return at == std::string_view::npos ? text : text.substr(at + mark.size());
     }
-
-    JsonRead* place(JsonRead value) {
-        if (open_.empty()) {
-            root = std::move(value);
-            return &root;
-        }
-        if (open_.back()->is_array()) {
-            open_.back()->push_back(std::move(value));
-            return &open_.back()->back();
-        }
-        *member_ = std::move(value);
-        return member_;
-    }
-
-    template <typename Value>
-    bool add(Value&& value) {
-        place(std::forward<Value>(value));
-        return true;
-    }
-
-    bool open(JsonRead empty) {
-        if (open_.size() == deepestJson) {
-            return refuse("nested deeper than " + std::to_string(deepestJson));
-        }
-        open_.push_back(place(std::move(empty)));
-        return true;
-    }
-
-    bool close() {
-        open_.pop_back();
-        return true;
-    }
 };
 
-std::string positionText(std::string_view read) {
-    const auto lines = std::ranges::count(read, '\n') + 1;
-    const std::size_t column = read.size() - (read.rfind('\n') + 1);
-    return "line " + std::to_string(lines) + ", column " +
-           std::to_string(std::max<std::size_t>(column, 1));
+std::string jsonString(std::string_view text) {
+    static constexpr std::string_view kHex = "0123456789abcdef";
+    static constexpr std::string_view kPlain = "\"\\\b\f\n\r\t";
+    static constexpr std::string_view kEscaped = "\"\\bfnrt";
+    std::string result = "\"";
+    for (const char c : text) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (const std::size_t i = kPlain.find(c); i != std::string_view::npos) {
+            result += {'\\', kEscaped[i]};
+        } else if (byte < 0x20) {
+            result += {'\\', 'u', '0', '0', kHex[byte / 16U], kHex[byte % 16U]};
+        } else {
+            result += c;
+        }
+    }
+    return result + '"';
 }
 
-std::optional<JsonRead> parsed(std::string_view text, std::string& error) {
-    if (text.size() > longestJson) {
-        error = "longer than " + std::to_string(longestJson) + " bytes";
-        return std::nullopt;
-    }
-    const char* read = text.data();
-    Builder builder;
-    const bool isRead =
-        JsonRead::sax_parse(CountingIterator(text.data(), &read),
-                            CountingIterator(text.data() + text.size(), &read), &builder);
-    if (!isRead) {
-        const std::string_view before(text.data(), static_cast<std::size_t>(read - text.data()));
-        error = positionText(before) + ": " + builder.error;
-        return std::nullopt;
-    }
-    return std::move(builder.root);
+std::string numberText(double value) {
+    if (!std::isfinite(value)) return jsonString(shortestText(value));
+    // Without the point the sign of a zero would be lost.
+    return value == 0 && std::signbit(value) ? "-0.0" : shortestText(value);
 }
 
 /// Writes JSON for people.
@@ -163,146 +143,88 @@ class Writer {
   public:
     std::string text;
 
-    void write(const JsonWritten& value, int depth) {
-        if (value.is_object() && !value.empty()) {
-            writeObject(value, depth);
-        } else if (value.is_array() && !value.empty()) {
-            writeArray(value, depth);
-        } else if (value.is_number_float()) {
-            text += floatText(value.get<double>());
-        } else {
-            text += dumped(value);
-        }
+    void write(const ArchiveValue& value) {
+        std::visit([this](const auto& content) { write(content); }, value.value);
     }
 
   private:
-    static std::string dumped(const JsonWritten& value) {
-        return value.dump(-1, ' ', false, JsonWritten::error_handler_t::replace);
+    std::size_t depth_ = 0;
+
+    void write(std::monostate) { text += "null"; }
+    void write(bool value) { text += value ? "true" : "false"; }
+    void write(std::int64_t value) { text += std::to_string(value); }
+    void write(double value) { text += numberText(value); }
+    void write(const std::string& value) { text += jsonString(value); }
+    void write(const ArchiveBytes& value) { text += jsonString(base64Text(value)); }
+
+    void write(const ArchiveObject& object) {
+        writeAll(object, "{}", true, [this](const ArchiveMember& member) {
+            text += jsonString(member.key) + ": ";
+            write(member.value);
+        });
     }
 
-    static std::string floatText(double value) {
-        // Without the point the sign of a zero would be lost.
-        return value == 0 && std::signbit(value) ? "-0.0" : shortestText(value);
+    void write(const ArchiveList& list) {
+        const bool isTall = std::ranges::any_of(list, [](const ArchiveValue& value) {
+            return value.as<ArchiveList>() != nullptr || value.as<ArchiveObject>() != nullptr;
+        });
+        writeAll(list, "[]", isTall, [this](const ArchiveValue& value) { write(value); });
     }
 
-    void newLine(int depth) {
+    void newLine() {
         text += '\n';
-        text.append(static_cast<std::size_t>(depth), ' ');
+        text.append(depth_, ' ');
     }
 
-    void writeObject(const JsonWritten& object, int depth) {
-        char before = '{';
-        for (const auto& [key, value] : object.items()) {
+    /// With what is within on lines of their own, or all on one.
+    template <typename All, typename WriteOne>
+    void writeAll(const All& all, std::string_view brackets, bool isTall, WriteOne writeOne) {
+        text += brackets[0];
+        ++depth_;
+        const char* before = "";
+        for (const auto& one : all) {
             text += before;
-            newLine(depth + 1);
-            text += dumped(key) + ": ";
-            write(value, depth + 1);
-            before = ',';
+            if (isTall) newLine();
+            writeOne(one);
+            before = isTall ? "," : ", ";
         }
-        newLine(depth);
-        text += '}';
-    }
-
-    void writeArray(const JsonWritten& array, int depth) {
-        const bool isOneLine =
-            std::ranges::none_of(array, [](const auto& value) { return value.is_structured(); });
-        const char* before = "[";
-        for (const JsonWritten& value : array) {
-            text += before;
-            if (!isOneLine) {
-                newLine(depth + 1);
-            }
-            write(value, depth + 1);
-            before = isOneLine ? ", " : ",";
-        }
-        if (!isOneLine) {
-            newLine(depth);
-        }
-        text += ']';
+        --depth_;
+        if (isTall && !all.empty()) newLine();
+        text += brackets[1];
     }
 };
 
 }  // namespace
 
-JsonWritten numberAsJson(double value) {
-    return std::isfinite(value) ? JsonWritten(value) : JsonWritten(shortestText(value));
-}
-
-JsonWritten numberAsJson(float value) {
-    std::array<char, 32> buffer{};
-    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr;
-    const auto nearby = numberFromText(
-        std::string_view(buffer.data(), static_cast<std::size_t>(end - buffer.data())));
-    const double exact = value;
-    return numberAsJson(nearby && static_cast<float>(*nearby) == value ? *nearby : exact);
-}
-
-std::optional<double> numberFromJson(const JsonRead& value) {
-    if (value.is_number()) {
-        return value.get<double>();
-    }
-    if (value.is_string()) {
-        const auto number = numberFromText(value.get_ref<const std::string&>());
-        return number && !std::isfinite(*number) ? number : std::nullopt;
-    }
-    return std::nullopt;
-}
-
-JsonWritten numbersAsJson(std::span<const double> values) {
-    JsonWritten list = JsonWritten::array();
-    for (const double value : values) {
-        list.push_back(numberAsJson(value));
-    }
-    return list;
-}
-
-std::optional<std::vector<double>> numbersFromJson(const JsonRead& value) {
-    if (!value.is_array()) {
-        return std::nullopt;
-    }
-    std::vector<double> numbers;
-    for (const JsonRead& member : value) {
-        const auto number = numberFromJson(member);
-        if (!number) {
-            return std::nullopt;
-        }
-        numbers.push_back(*number);
-    }
-    return numbers;
-}
-
-std::string jsonText(const JsonWritten& value) {
+std::string jsonText(const ArchiveValue& value) {
     Writer writer;
-    writer.write(value, 0);
+    writer.write(value);
     return writer.text + '\n';
 }
 
-std::string archiveText(const char* key, JsonWritten content) {
-    JsonWritten document;
-    document[formatKey] = formatName;
-    document[versionKey] = version;
-    document[key] = std::move(content);
-    return jsonText(document);
+std::optional<ArchiveValue> jsonTree(std::string_view text, ArchiveError& error) {
+    if (const auto tooLong = sizeError(text.size())) {
+        error = *tooLong;
+        return std::nullopt;
+    }
+    Events events(text);
+    if (!events.parse()) {
+        error = events.builder().error();
+        return std::nullopt;
+    }
+    return events.builder().takeRoot();
 }
 
-std::optional<JsonRead> archiveContent(std::string_view text, const char* key, std::string& error) {
-    auto document = parsed(text, error);
-    if (!document) {
-        return std::nullopt;
-    }
-    if (!document->is_object() || document->value(formatKey, JsonRead()) != formatName) {
-        error = "no mezalith archive";
-        return std::nullopt;
-    }
-    if (document->value(versionKey, JsonRead()) != version) {
-        error = "an archive of another version than " + std::to_string(version);
-        return std::nullopt;
-    }
-    if (!document->contains(key)) {
-        error = std::string("an archive without \"") + key + "\"";
-        return std::nullopt;
-    }
-    return std::move((*document)[key]);
+std::string jsonErrorText(std::string_view text, const ArchiveError& error) {
+    const std::string_view before = text.substr(0, error.offset);
+    const auto lines = std::ranges::count(before, '\n') + 1;
+    const auto isFirstByte = [](char c) {
+        return (static_cast<unsigned char>(c) & 0xc0U) != 0x80U;
+    };
+    const auto column =
+        std::ranges::count_if(before.substr(before.rfind('\n') + 1), isFirstByte) + 1;
+    return "line " + std::to_string(lines) + ", column " + std::to_string(column) + ": " +
+           error.reason;
 }
 
 }  // namespace mezalith::platform::detail
