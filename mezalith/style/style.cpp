@@ -39,12 +39,15 @@ class Pass {
     /// Calls `use` with each symbolizer of the rules that apply, last rule and last symbolizer
     /// first, until one answers YES. Whether one did.
     template <typename Use>
-    bool anyOf(const MzStyle::Rules& rules, Use use) {
+    bool anyOf(const MzStyle& style, Use use) {
         if (object_ == nullptr || context_ == nullptr) return false;
-        for (const auto& rule : rules | std::views::reverse) {
+        // Filters and symbolizers are the host's and may edit the style.
+        const auto rules = style.memberSnapshot();
+        for (const auto& rule : *rules | std::views::reverse) {
             if (!admits(*rule)) continue;
             applied_ = true;
-            if (std::ranges::any_of(rule->symbolizers() | std::views::reverse, use)) return true;
+            const auto symbolizers = rule->memberSnapshot();
+            if (std::ranges::any_of(*symbolizers | std::views::reverse, use)) return true;
         }
         return false;
     }
@@ -70,12 +73,19 @@ class Pass {
             case 0:
                 return true;
             case 1:
-                return !rule.filter() || rule.filter()->evaluateWithObject(object_);
+                return meetsFilter(rule);
             case 2:
                 return !applied_;
             default:
                 return false;
         }
+    }
+
+    bool meetsFilter(const MzRule& rule) const {
+        // A copy, as the filter may take itself off the rule.
+        // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
+        const std::shared_ptr<const platform::Predicate> filter = rule.filter();
+        return filter == nullptr || filter->evaluateWithObject(object_);
     }
 
     const MzSpatialObjectDrawAdditions* object_;
@@ -100,7 +110,7 @@ std::shared_ptr<MzStyle> MzStyle::initForGeometry(const MzGeometry* geometry) {
 
 void MzStyle::drawSpatialObject(MzSpatialObjectDrawAdditions* object, MzDrawContext* context,
                                 bool selected) {
-    Pass(object, context, selected).anyOf(rules(), [&](const auto& symbolizer) {
+    Pass(object, context, selected).anyOf(*this, [&](const auto& symbolizer) {
         symbolizer->drawSpatialObject(object, context, selected);
         return false;
     });
@@ -108,14 +118,16 @@ void MzStyle::drawSpatialObject(MzSpatialObjectDrawAdditions* object, MzDrawCont
 
 bool MzStyle::isSpatialObject(MzSpatialObjectDrawAdditions* object, MzPoint point,
                               MzDrawContext* context, bool selected) {
-    return Pass(object, context, selected).anyOf(rules(), [&](const auto& symbolizer) {
+    return Pass(object, context, selected).anyOf(*this, [&](const auto& symbolizer) {
         return symbolizer->isSpatialObject(object, point, context, selected);
     });
 }
 
 void MzStyle::didRemoveFromContext(MzDrawContext* context, MzSpatialObjectDrawAdditions* object) {
-    for (const auto& rule : rules()) {
-        for (const auto& symbolizer : rule->symbolizers()) {
+    const auto rules = memberSnapshot();
+    for (const auto& rule : *rules) {
+        const auto symbolizers = rule->memberSnapshot();
+        for (const auto& symbolizer : *symbolizers) {
             symbolizer->didRemoveFromContext(context, object);
         }
     }

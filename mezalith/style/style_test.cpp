@@ -537,5 +537,84 @@ TEST_F(Style, IsNotReadWithForeignObjectsAmongItsRules) {
     EXPECT_EQ(MzStyle::initWithCoder(store), nullptr);
 }
 
+// --- edits while drawing
+
+/// Calls `edit` instead of drawing, and wherever else the style calls.
+class EditingSymbolizer : public MzSymbolizer {
+  public:
+    std::function<void()> edit;
+    void drawSpatialObject(MzSpatialObjectDrawAdditions*, MzDrawContext*, bool) override { edit(); }
+    bool isSpatialObject(MzSpatialObjectDrawAdditions*, MzPoint, MzDrawContext*, bool) override {
+        edit();
+        return false;
+    }
+    void didRemoveFromContext(MzDrawContext*, MzSpatialObjectDrawAdditions*) override { edit(); }
+};
+
+class EditingPredicate : public KindPredicate {
+  public:
+    EditingPredicate() : KindPredicate("city") {}
+    std::function<void()> edit;
+    bool evaluateWithObject(const platform::Object* object) const override {
+        edit();
+        return KindPredicate::evaluateWithObject(object);
+    }
+};
+
+/// Takes everything away that a style draws with.
+void empty(MzStyle& style) {
+    for (const auto& rule : MzStyle::Rules(style.rules())) {
+        rule->setFilter(nullptr);
+        rule->setSymbolizers({});
+        style.removeRule(rule);
+    }
+}
+
+TEST_F(Style, FinishesWithTheSymbolizersThatWereThereWhenOneEditsTheStyle) {
+    const auto rule = addRule("A");
+    const auto editing = std::make_shared<EditingSymbolizer>();
+    rule->addSymbolizer(editing);
+    addRule("B");
+    editing->edit = [&] { empty(style); };
+    style.drawSpatialObject(&feature, &context, false);
+    EXPECT_EQ(log, (Lines{"draw B", "draw A"}));
+    EXPECT_TRUE(style.rules().empty());
+    style.drawSpatialObject(&feature, &context, false);
+    EXPECT_EQ(log.size(), 2U);
+}
+
+TEST_F(Style, DrawsWhatIsAddedMeanwhileFromTheNextTimeOn) {
+    const auto rule = addRule("A");
+    const auto editing = std::make_shared<EditingSymbolizer>();
+    rule->addSymbolizer(editing);
+    editing->edit = [&] {
+        for (int i = 0; i < 100; ++i) style.addRule(std::make_shared<MzRule>(), 0);
+        rule->addSymbolizer(symbolizer("new"));
+    };
+    style.drawSpatialObject(&feature, &context, false);
+    EXPECT_EQ(log, (Lines{"draw A"}));
+    editing->edit = [] {};
+    style.drawSpatialObject(&feature, &context, false);
+    EXPECT_EQ(log, (Lines{"draw A", "draw new", "draw A"}));
+}
+
+TEST_F(Style, MayBeEditedByFiltersHitTestsAndRemovals) {
+    for (int way = 0; way < 3; ++way) {
+        const auto rule = addRule("A", 1);
+        auto filter = std::make_shared<EditingPredicate>();
+        const std::weak_ptr<EditingPredicate> watched = filter;
+        filter->edit = [&] { empty(style); };
+        rule->setFilter(std::move(filter));
+        const auto editing = std::make_shared<EditingSymbolizer>();
+        editing->edit = [&] { empty(style); };
+        rule->addSymbolizer(editing);
+        if (way == 0) style.drawSpatialObject(&feature, &context, false);
+        if (way == 1) style.isSpatialObject(&feature, {0, 0}, &context, false);
+        if (way == 2) style.didRemoveFromContext(&context, &feature);
+        EXPECT_TRUE(style.rules().empty()) << way;
+        EXPECT_TRUE(watched.expired()) << way;
+    }
+}
+
 }  // namespace
 }  // namespace mezalith
