@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <mezalith/geometry/line_string_geometry.hpp>
 #include <mezalith/platform/cairo/cairo_port.hpp>
+#include <mezalith/platform/cairo/pictures.hpp>
 #include <mezalith/platform/keyed_store.hpp>
 #include <mezalith/platform/observation_recorder.hpp>
 #include <mezalith/style/point_symbolizer.hpp>
@@ -181,6 +182,36 @@ TEST(PointSymbolizer, PaintsTheMarkerAroundItsPoint) {
     EXPECT_EQ(port->pixelRow(14)[17], 0U);
     EXPECT_EQ(port->pixelRow(11)[14], 0U);
     EXPECT_EQ(port->pixelRow(17)[14], 0U);
+}
+
+// At whole pixels; between them a stamp is interpolated.
+TEST(PointSymbolizer, StampsAsCrisplyAsItDrawsAtAPixelRatioOfTwo) {
+    for (const std::int32_t type : {0, 1, 2, 3, 4}) {
+        MzPointSymbolizer point;
+        shaped(point, type, 30).setSymbolSize(15);
+        point.setStrokeWidth(1);
+        TestDrawContext context;
+        const auto stamped = platform::CairoPort::pixelPort({40, 40}, 2);
+        testing::drawInto(*stamped, point, MzPointGeometry::initWithPoint({19.5, 21}), context);
+        const auto direct = platform::CairoPort::pixelPort({40, 40}, 2);
+        const platform::GraphicsContext current(direct.get());
+        direct->translate(19.5, 21);
+        point.symbolizeInContext(direct.get(), 1);
+        EXPECT_LE(platform::pictures::largestDifference(platform::pictures::pixelsOf(*stamped),
+                                                        platform::pictures::pixelsOf(*direct)),
+                  1)
+            << "type " << type;
+        EXPECT_FALSE(platform::pictures::isEmpty(*stamped));
+    }
+}
+
+TEST(PointSymbolizer, KeepsTheBackingScaleInItsLayer) {
+    MzPointSymbolizer point;
+    TestDrawContext context;
+    const auto port = platform::CairoPort::pixelPort({20, 20}, 2);
+    testing::drawInto(*port, point, MzPointGeometry::initWithPoint({10, 10}), context);
+    EXPECT_EQ(point.theLayer()->size().width, 9);
+    EXPECT_EQ(dynamic_cast<platform::CairoPort*>(point.theLayer()->port())->pixelWidth(), 18);
 }
 
 TEST(PointSymbolizer, StampsTheLayerItHas) {
