@@ -23,7 +23,7 @@ namespace mezalith {
 ///
 /// Settled: of every slice the node sorted last is left out of the tree, and only some counts of
 /// leaves can be packed at all: of 0 to 200 these are 0 to 7, 10, 12, 14, 20, 24, 28, 36, 42, 60,
-/// 72, 80, 96, 112, 140 and 180.
+/// 72, 80, 96, 112, 140 and 180. `MzPackedRTree` finds everything.
 class MEZALITH_EXPORT MzRTree : public platform::Object {
   public:
     using Nodes = MzTreeInternalNode::Nodes;
