@@ -4,6 +4,8 @@
 #include "host/failure.hpp"
 #include <mezalith/platform/number_text.hpp>
 
+#include <cctype>
+#include <chrono>
 #include <cmath>
 #include <cstddef>
 
@@ -11,6 +13,19 @@ namespace mezalith::app {
 namespace {
 
 bool isDigit(char letter) { return letter >= '0' && letter <= '9'; }
+
+/// The number that `text` has where `form` has `letter`s; the other characters of the form stand
+/// for themselves. Empty for texts that are not of the form.
+std::optional<int> numberAt(std::string_view text, std::string_view form, char letter) {
+    int number = 0;
+    if (text.size() != form.size()) return std::nullopt;
+    for (std::size_t i = 0; i < form.size(); ++i) {
+        const bool isNumber = std::islower(static_cast<unsigned char>(form[i])) != 0;
+        if (isNumber ? !isDigit(text[i]) : text[i] != form[i]) return std::nullopt;
+        if (form[i] == letter) number = number * 10 + (text[i] - '0');
+    }
+    return number;
+}
 
 }  // namespace
 
@@ -40,6 +55,21 @@ double positiveArgument(const std::string& name, std::string_view text) {
     const double number = numberArgument(name, text);
     if (number <= 0) throw UsageError(name, std::string(text) + " is not greater than 0");
     return number;
+}
+
+platform::Date dateArgument(const std::string& name, std::string_view text) {
+    constexpr std::string_view kDay = "yyyy-mm-dd", kInstant = "yyyy-mm-ddThh:ii:ssZ";
+    const std::string_view form = text.size() == kDay.size() ? kDay : kInstant;
+    const auto year = numberAt(text, form, 'y');
+    if (!year)
+        throw UsageError(name, "\"" + std::string(text) + "\" is not of the form " + kDateForm);
+    const auto at = [&](char letter) { return numberAt(text, form, letter).value_or(0); };
+    const std::chrono::year_month_day day(std::chrono::year(*year) / at('m') / at('d'));
+    if (!day.ok() || at('h') > 23 || at('i') > 59 || at('s') > 59) {
+        throw UsageError(name, "there is no " + std::string(text));
+    }
+    return std::chrono::sys_days(day) + std::chrono::hours(at('h')) +
+           std::chrono::minutes(at('i')) + std::chrono::seconds(at('s'));
 }
 
 std::vector<std::string> split(std::string_view text, char separator) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <mezalith/platform/date.hpp>
+
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -25,6 +27,13 @@ double numberArgument(const std::string& name, std::string_view text);
 
 /// The same for a number greater than 0.
 double positiveArgument(const std::string& name, std::string_view text);
+
+/// `text` as an instant, "YYYY-MM-DD" at 00:00 GMT or "YYYY-MM-DDTHH:MM:SSZ"; throws a UsageError
+/// about the argument `name` for any other text and for days that there are not.
+platform::Date dateArgument(const std::string& name, std::string_view text);
+
+/// The form that it takes, for help texts.
+inline constexpr char kDateForm[] = "YYYY-MM-DD[THH:MM:SSZ]";
 
 /// The parts of `text` between `separator`s, one at least.
 std::vector<std::string> split(std::string_view text, char separator);

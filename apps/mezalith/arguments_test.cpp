@@ -32,6 +32,31 @@ TEST(NumberArgument, ReadsFiniteNumbersOnly) {
     }
 }
 
+TEST(DateArgument, ReadsDaysAndInstants) {
+    using std::chrono::hours, std::chrono::minutes, std::chrono::seconds, std::chrono::days;
+    const auto start = platform::startOfYear(2024);
+    EXPECT_EQ(dateArgument("--date", "2024-01-01"), start);
+    EXPECT_EQ(dateArgument("--date", "2024-02-29"), start + days(59));
+    EXPECT_EQ(dateArgument("--date", "2024-02-29T23:01:59Z"),
+              start + days(59) + hours(23) + minutes(1) + seconds(59));
+}
+
+TEST(DateArgument, TakesNoOtherFormAndNoDayThatThereIsNot) {
+    for (const char* text : {"", "2024", "2024-1-1", "24-01-01", "2024/01/01", "2024-01-01T00:00Z",
+                             "2024-01-01T00:00:00", "2024-01-01 00:00:00Z", "2024-01-01x",
+                             "-024-01-01", "2O24-01-01", "2024-01-01T00:00:0 Z"}) {
+        EXPECT_EQ(
+            usageErrorOf([&] { dateArgument("--date", text); }),
+            "--date: \"" + std::string(text) + "\" is not of the form YYYY-MM-DD[THH:MM:SSZ]");
+    }
+    for (const char* text :
+         {"2023-02-29", "2024-13-01", "2024-00-01", "2024-01-00", "2024-04-31",
+          "2024-01-01T24:00:00Z", "2024-01-01T00:60:00Z", "2024-01-01T00:00:60Z"}) {
+        EXPECT_EQ(usageErrorOf([&] { dateArgument("--date", text); }),
+                  "--date: there is no " + std::string(text));
+    }
+}
+
 TEST(PositiveArgument, IsGreaterThanZero) {
     EXPECT_EQ(positiveArgument("--size", "1e-300"), 1e-300);
     EXPECT_EQ(usageErrorOf([] { positiveArgument("N", "0"); }), "N: 0 is not greater than 0");

@@ -6,7 +6,7 @@
 namespace mezalith::app {
 namespace {
 
-constexpr std::array<Command, 9> kCommands{{
+constexpr std::array<Command, 10> kCommands{{
     {"render", "Maps", "Draw a map as PNG, SVG or PDF", setUpRender},
     {"info", "Data", "Say what a source of map data holds", setUpInfo},
     {"wkb", "Data", "Inspect and convert Well-Known Binary", setUpWKB},
@@ -16,6 +16,7 @@ constexpr std::array<Command, 9> kCommands{{
     {"midpoint", "Geodesy", "Point halfway along a great circle", setUpMidpoint},
     {"geodesic", "Geodesy", "Points along the great circle between two points", setUpGeodesic},
     {"destination", "Geodesy", "Point at a distance and bearing from another", setUpDestination},
+    {"declination", "Magnetism", "Angle from true to magnetic north, degrees", setUpDeclination},
 }};
 
 }  // namespace

@@ -32,5 +32,6 @@ void setUpBearing(CLI::App& command);
 void setUpMidpoint(CLI::App& command);
 void setUpGeodesic(CLI::App& command);
 void setUpDestination(CLI::App& command);
+void setUpDeclination(CLI::App& command);
 
 }  // namespace mezalith::app

@@ -28,10 +28,12 @@ std::vector<std::string> wordsOf(const std::string& line) {
     return words;
 }
 
-std::string textOf(const Answer& answer) {
+std::string textOf(std::span<const Answer::value_type> answer, bool named) {
     std::string text;
     for (const auto& [name, value] : answer) {
-        text += (text.empty() ? "" : " ") + platform::shortestText(value);
+        if (!text.empty()) text += " ";
+        if (named) text += std::string(name) + " ";
+        text += platform::shortestText(value);
     }
     return text;
 }
@@ -63,16 +65,17 @@ NumberQuery::NumberQuery(std::vector<NumberField> fields, Function function)
                                            const AnswerSink& sink) { sink(function(numbers)); },
           false) {}
 
-void NumberQuery::setUp(CLI::App& command, std::vector<NumberField> fields, Function function) {
-    NumberQuery(std::move(fields), std::move(function)).addTo(command);
+void NumberQuery::setUp(CLI::App& command, std::vector<NumberField> fields, Function function,
+                        Frame frame) {
+    NumberQuery(std::move(fields), std::move(function)).addTo(command, std::move(frame));
 }
 
 void NumberQuery::setUpList(CLI::App& command, std::vector<NumberField> fields,
                             ListFunction function) {
-    NumberQuery(std::move(fields), std::move(function)).addTo(command);
+    NumberQuery(std::move(fields), std::move(function)).addTo(command, {});
 }
 
-void NumberQuery::addTo(CLI::App& command) const {
+void NumberQuery::addTo(CLI::App& command, Frame frame) const {
     struct Given {
         std::vector<std::string> numbers;
         bool json = false;
@@ -85,8 +88,9 @@ void NumberQuery::addTo(CLI::App& command) const {
             command.add_option(fields_[i].name, given->numbers[i], fields_[i].help)->type_name(""));
     }
     command.add_flag("--json", given->json, "Print one JSON object a line");
-    command.callback([given, options, query = *this]() mutable {
+    command.callback([given, options, frame = std::move(frame), query = *this]() mutable {
         query.setJson(given->json);
+        if (frame.begin) query.setTextForm(frame.begin(given->json));
         const auto count = std::ranges::count_if(
             options, [](const CLI::Option* option) { return option->count() > 0; });
         TextOutput output;
@@ -97,6 +101,7 @@ void NumberQuery::addTo(CLI::App& command) const {
                                   output);
         }
         output.finish();
+        if (frame.end) frame.end();
     });
 }
 
@@ -148,7 +153,11 @@ void NumberQuery::write(const Answer& answer, TextOutput& output) const {
     for (const auto& [name, value] : answer) {
         if (!std::isfinite(value)) throw host::Failure(name, "no answer to these numbers");
     }
-    output.write((json_ ? jsonOf(answer) : textOf(answer)) + "\n");
+    std::span<const Answer::value_type> shown = answer;
+    if (textForm_ == TextForm::FirstValue)
+        shown = shown.first(std::min<std::size_t>(1, shown.size()));
+    const bool named = textForm_ == TextForm::NamesAndValues;
+    output.write((json_ ? jsonOf(answer) : textOf(shown, named)) + "\n");
 }
 
 }  // namespace mezalith::app

@@ -43,8 +43,21 @@ class NumberQuery {
     /// Answers by any number of lines.
     using ListFunction = std::function<void(std::span<const double>, const AnswerSink&)>;
 
+    /// What of an answer is written as text: its values, the first of them, or all with their
+    /// names. With --json it is always all of it.
+    enum class TextForm { Values, FirstValue, NamesAndValues };
+
+    /// What a command does around its answers.
+    struct Frame {
+        /// Called before the first query, with whether --json is given.
+        std::function<TextForm(bool)> begin;
+        /// Called when all answers are written; a host::Failure thrown here ends the work.
+        std::function<void()> end;
+    };
+
     /// Adds positional arguments and --json to `command`, and runs `function` when it is called.
-    static void setUp(CLI::App& command, std::vector<NumberField> fields, Function function);
+    static void setUp(CLI::App& command, std::vector<NumberField> fields, Function function,
+                      Frame frame = {});
     /// The same with several answers to a query.
     static void setUpList(CLI::App& command, std::vector<NumberField> fields,
                           ListFunction function);
@@ -58,11 +71,12 @@ class NumberQuery {
     void answerLines(std::istream& input, TextOutput& output) const;
 
     void setJson(bool json) { json_ = json; }
+    void setTextForm(TextForm form) { textForm_ = form; }
 
   private:
     NumberQuery(std::vector<NumberField> fields, ListFunction function, bool isList);
 
-    void addTo(CLI::App& command) const;
+    void addTo(CLI::App& command, Frame frame) const;
     void answer(std::span<const double> numbers, TextOutput& output) const;
     void write(const Answer& answer, TextOutput& output) const;
     void takeNumbers(const std::string& line, std::vector<double>& numbers) const;
@@ -71,6 +85,7 @@ class NumberQuery {
     ListFunction function_;
     bool isList_;
     bool json_ = false;
+    TextForm textForm_ = TextForm::Values;
 };
 
 }  // namespace mezalith::app

@@ -91,6 +91,15 @@ TEST(NumberQuery, AnswersEachLine) {
     EXPECT_EQ(run("").text, "");
 }
 
+TEST(NumberQuery, WritesTheFirstValueOrAllWithTheirNames) {
+    NumberQuery query = sumQuery();
+    query.setTextForm(NumberQuery::TextForm::FirstValue);
+    EXPECT_EQ(run(query, "1 2 3\n").text, "6\n");
+    EXPECT_EQ(run(query, "1 2 3", true).text, "{\"sum\":6,\"first\":1}\n");
+    query.setTextForm(NumberQuery::TextForm::NamesAndValues);
+    EXPECT_EQ(run(query, "1 2 3\n").text, "sum 6 first 1\n");
+}
+
 TEST(NumberQuery, TakesNumbersFromSeveralLines) { EXPECT_EQ(run("1 2\n3\n").text, "6 1\n"); }
 
 TEST(NumberQuery, PartsListsOfAnswersByAnEmptyLine) {

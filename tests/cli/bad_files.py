@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Gives every malformed map and geometry to the commands that read them: each must answer 0 or 1,
+"""Gives every malformed map, geometry and field model to the commands that read them: each must answer 0 or 1,
 say at most one line, name the file in it, and leave no picture behind when it fails.
 
     bad_files.py PROGRAM
@@ -15,10 +15,14 @@ import tempfile
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 BAD = ROOT / "tests/data/bad"
+FOLDERS = ("map", "wkb", "cof")
 SECONDS = 60
 
 
 def commands(file, picture):
+    if file.endswith(".cof"):
+        yield ["declination", "10", "20", "--date", "2001-01-01", "--model", file]
+        return
     view = ["--bbox", "-180,-90,180,90", "--size", "200x100"]
     yield ["render", file, "-o", picture]
     yield ["render", file, "-o", picture, *view]
@@ -65,7 +69,7 @@ def check(file):
 
 
 def main():
-    files = sorted(str(file) for folder in ("map", "wkb") for file in (BAD / folder).iterdir())
+    files = sorted(str(file) for folder in FOLDERS for file in (BAD / folder).iterdir())
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
         found = [complaint for answers in pool.map(check, files) for complaint in answers]
     print("\n".join(found))
