@@ -4,11 +4,30 @@
 #include <mezalith/export.hpp>
 
 #include <cstdint>
+#include <functional>
 #include <map>
+#include <memory>
 #include <string>
+#include <string_view>
 #include <variant>
 
 namespace mezalith::platform {
+
+class Object;
+
+/// An attribute's value. `std::monostate` is null; text is UTF-8.
+using Value = std::variant<std::monostate, bool, std::int64_t, double, std::string>;
+
+/// An attribute table: values by name, in the order of the names' bytes.
+using Dictionary = std::map<std::string, Value, std::less<>>;
+
+/// What an object answers for a key: a value, a table or another object. Text as a view, and
+/// tables, lie with the object that answered; they are good while it lives and is not changed.
+using KeyedValue = std::variant<std::monostate, bool, std::int64_t, double, std::string,
+                                std::string_view, const Dictionary*, std::shared_ptr<const Object>>;
+
+/// The entry `key` of `table`, text as a view; null when there is none.
+MEZALITH_EXPORT KeyedValue valueForKey(const Dictionary& table, std::string_view key);
 
 /// The root of everything that can be referred to without knowing what it is: the object of a tree
 /// leaf, the owner of a feature, the subject of a predicate. `dynamic_cast` tells what it is.
@@ -16,17 +35,15 @@ class MEZALITH_EXPORT Object {
   public:
     virtual ~Object();
 
+    /// The property of this name, for those who ask without knowing the class, as predicates do;
+    /// null for any other key. The root has no properties.
+    virtual KeyedValue valueForKey(std::string_view key) const;
+
   protected:
     Object() = default;
     Object(const Object&) = default;
     Object& operator=(const Object&) = default;
 };
-
-/// An attribute's value. `std::monostate` is null; text is UTF-8.
-using Value = std::variant<std::monostate, bool, std::int64_t, double, std::string>;
-
-/// An attribute table: values by name, in the order of the names' bytes.
-using Dictionary = std::map<std::string, Value, std::less<>>;
 
 /// What a pointing device did, as handed to the mouse hooks.
 struct Event {

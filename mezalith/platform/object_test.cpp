@@ -50,6 +50,30 @@ TEST(Dictionary, OrdersNamesByTheirBytes) {
     EXPECT_TRUE(table.contains(std::string_view("b")));
 }
 
+TEST(Object, HasNoPropertiesAtTheRoot) {
+    EXPECT_TRUE(std::holds_alternative<std::monostate>(Other().valueForKey("name")));
+}
+
+TEST(Dictionary, AnswersForAKey) {
+    const Dictionary table{{"flag", true},
+                           {"name", std::string("Oslo")},
+                           {"nothing", std::monostate{}},
+                           {"people", std::int64_t{700}},
+                           {"share", 0.5}};
+    EXPECT_EQ(valueForKey(table, "flag"), KeyedValue(true));
+    EXPECT_EQ(valueForKey(table, "name"), KeyedValue(std::string_view("Oslo")));
+    EXPECT_EQ(valueForKey(table, "nothing"), KeyedValue());
+    EXPECT_EQ(valueForKey(table, "people"), KeyedValue(std::int64_t{700}));
+    EXPECT_EQ(valueForKey(table, "share"), KeyedValue(0.5));
+    EXPECT_EQ(valueForKey(table, "Name"), KeyedValue());
+}
+
+TEST(Dictionary, LendsItsText) {
+    const Dictionary table{{"name", std::string("a text that is too long to lie in its string")}};
+    const auto text = std::get<std::string_view>(valueForKey(table, "name"));
+    EXPECT_EQ(text.data(), std::get<std::string>(table.at("name")).data());
+}
+
 TEST(Event, IsThePrimaryButtonByDefault) {
     const Event event;
     EXPECT_EQ(event.buttonNumber, 0);

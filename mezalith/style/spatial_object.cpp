@@ -4,6 +4,15 @@
 
 namespace mezalith {
 
+namespace {
+
+platform::KeyedValue asObject(std::shared_ptr<const platform::Object> object) {
+    if (object == nullptr) return {};
+    return object;
+}
+
+}  // namespace
+
 void MzSpatialObjectDrawAdditions::didAddToContext(MzDrawContext*) {}
 
 void MzSpatialObjectDrawAdditions::didRemoveFromContext(MzDrawContext* context) {
@@ -38,6 +47,19 @@ void MzSpatialObjectDrawAdditions::mouseExited(const platform::Event& event, MzP
 void MzSpatialObjectDrawAdditions::mouseMoved(const platform::Event& event, MzPoint point,
                                               MzDrawContext* context) {
     if (const auto style = this->style()) style->mouseMoved(event, point, this, context);
+}
+
+platform::KeyedValue MzSpatialObject::valueForKey(std::string_view key) const {
+    if (key == "kind") return kind();
+    if (key == "propertiesByName") return &propertiesByName();
+    if (key == "featureName") return featureName();
+    if (key == "featureDescription") return featureDescription();
+    if (key == "allowsInteraction") return allowsInteraction();
+    if (key == "geometry") return asObject(geometry());
+    if (key == "style") return asObject(style());
+    // Not the feature's to own.
+    if (key == "objectOwner") return asObject({std::shared_ptr<void>(), objectOwner()});
+    return platform::valueForKey(propertiesByName(), key);
 }
 
 }  // namespace mezalith

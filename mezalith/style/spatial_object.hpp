@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace mezalith {
 
@@ -39,7 +40,8 @@ class MEZALITH_EXPORT MzSpatialObjectDrawAdditions : public MzIndexable {
     void mouseMoved(const platform::Event& event, MzPoint point, MzDrawContext* context);
 };
 
-/// A feature of the host that can be drawn. Rule filters are written against these names.
+/// A feature of the host that can be drawn. Rule filters are written against these names, and
+/// against the attributes.
 class MEZALITH_EXPORT MzSpatialObject : public MzSpatialObjectDrawAdditions {
   public:
     /// The host-side owner, or null.
@@ -54,6 +56,10 @@ class MEZALITH_EXPORT MzSpatialObject : public MzSpatialObjectDrawAdditions {
     virtual std::shared_ptr<MzGeometry> geometryForResolution(double /*resolution*/) const {
         return geometry();
     }
+
+    /// The operation of this name; "propertiesByName" as the table it is. For any other key the
+    /// attribute of this name, or null.
+    platform::KeyedValue valueForKey(std::string_view key) const override;
 };
 
 }  // namespace mezalith

@@ -29,6 +29,7 @@ target_compile_options(mezalith_options INTERFACE
 
 find_package(PkgConfig REQUIRED)
 find_package(nlohmann_json REQUIRED)
+find_package(pegtl REQUIRED)
 if(MEZALITH_BUILD_TESTS)
   enable_testing()
   include(GoogleTest)

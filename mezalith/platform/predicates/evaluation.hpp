@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <mezalith/platform/object.hpp>
+#include <mezalith/platform/predicates/program.hpp>
+
+namespace mezalith::platform::detail {
+
+/// Whether `object`, which may be null, meets the predicate.
+bool holds(const Program& program, const Object* object);
+
+}  // namespace mezalith::platform::detail

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#include <mezalith/platform/predicates/evaluation.hpp>
+#include <mezalith/platform/predicates/format_predicate.hpp>
+#include <mezalith/platform/predicates/parser.hpp>
+#include <mezalith/platform/predicates/program.hpp>
+#include <mezalith/platform/predicates/syntax.hpp>
+
+#include <utility>
+
+namespace mezalith::platform {
+namespace {
+
+constexpr std::string_view kFormatKey = "format";
+
+}  // namespace
+
+std::string PredicateError::message() const {
+    return "line " + std::to_string(line) + ", column " + std::to_string(column) + ": found " +
+           found + ", expected " + expected;
+}
+
+FormatPredicate::FormatPredicate(std::unique_ptr<const detail::Program> program, std::string format)
+    : program_(std::move(program)), format_(std::move(format)) {}
+
+FormatPredicate::~FormatPredicate() = default;
+
+std::shared_ptr<const FormatPredicate> FormatPredicate::predicateWithFormat(
+    std::string_view format, std::span<const PredicateArgument> arguments, PredicateError* error) {
+    PredicateError unasked;
+    PredicateError& problem = error != nullptr ? *error : unasked;
+    auto program = detail::parsePredicate(format, arguments, problem);
+    if (program == nullptr) return nullptr;
+    std::string canonical = detail::formatOf(*program);
+    if (canonical.size() > detail::kLongestFormat) {
+        problem = detail::tooLong(canonical.size());
+        return nullptr;
+    }
+    return std::shared_ptr<const FormatPredicate>(
+        new FormatPredicate(std::move(program), std::move(canonical)));
+}
+
+std::shared_ptr<const FormatPredicate> FormatPredicate::initWithCoder(
+    const KeyedUnarchiver& coder) {
+    return predicateWithFormat(coder.decodeString(kFormatKey));
+}
+
+bool FormatPredicate::evaluateWithObject(const Object* object) const {
+    return detail::holds(*program_, object);
+}
+
+void FormatPredicate::encodeWithCoder(KeyedArchiver& coder) const {
+    coder.encodeString(format_, kFormatKey);
+}
+
+}  // namespace mezalith::platform
