@@ -17,16 +17,27 @@ std::shared_ptr<Feature> Feature::withGeometry(std::shared_ptr<MzGeometry> geome
     return feature;
 }
 
-std::string Feature::featureName() const {
+const std::string* Feature::nameAttribute() const {
     for (const auto& [key, value] : record_->attributes) {
         const auto* text = std::get_if<std::string>(&value);
-        if (text != nullptr && isEqualIgnoringCase(key, "name")) return *text;
+        if (text != nullptr && isEqualIgnoringCase(key, "name")) return text;
     }
-    return featureDescription();
+    return nullptr;
+}
+
+std::string Feature::featureName() const {
+    const std::string* name = nameAttribute();
+    return name != nullptr ? *name : featureDescription();
 }
 
 std::string Feature::featureDescription() const {
     return record_->layer + " " + std::to_string(record_->id);
+}
+
+platform::KeyedValue Feature::valueForKey(std::string_view key) const {
+    if (key == "kind") return std::string_view(record_->layer);
+    const std::string* name = key == "featureName" ? nameAttribute() : nullptr;
+    return name != nullptr ? std::string_view(*name) : MzSpatialObject::valueForKey(key);
 }
 
 }  // namespace mezalith::host

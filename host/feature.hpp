@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace mezalith::host {
 
@@ -44,8 +45,12 @@ class Feature final : public MzSpatialObject {
     std::string kind() const override { return record_->layer; }
     const platform::Dictionary& propertiesByName() const override { return record_->attributes; }
     bool allowsInteraction() const override { return true; }
+    /// Lends its texts, so that predicates do not allocate.
+    platform::KeyedValue valueForKey(std::string_view key) const override;
 
   private:
+    const std::string* nameAttribute() const;
+
     std::shared_ptr<const FeatureRecord> record_;
     Part part_;
     std::shared_ptr<MzStyle> style_;

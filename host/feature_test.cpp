@@ -34,6 +34,16 @@ TEST(Feature, IsCalledByItsNumberWithoutAName) {
     EXPECT_EQ(feature({{"surname", std::string("x")}})->featureName(), "places 7");
 }
 
+TEST(Feature, LendsPredicatesItsTexts) {
+    const auto oslo = feature({{"Name", std::string("Oslo")}, {"pop", std::int64_t{580000}}});
+    using platform::KeyedValue;
+    EXPECT_EQ(oslo->valueForKey("kind"), KeyedValue(std::string_view("places")));
+    EXPECT_EQ(oslo->valueForKey("featureName"), KeyedValue(std::string_view("Oslo")));
+    EXPECT_EQ(oslo->valueForKey("featureDescription"), KeyedValue(std::string("places 7")));
+    EXPECT_EQ(oslo->valueForKey("pop"), KeyedValue(std::int64_t{580000}));
+    EXPECT_EQ(feature({})->valueForKey("featureName"), KeyedValue(std::string("places 7")));
+}
+
 TEST(Feature, SharesRecordAndStyleWithItsOtherParts) {
     const auto first = feature({});
     first->setStyle(std::make_shared<MzStyle>());

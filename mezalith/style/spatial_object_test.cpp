@@ -1,7 +1,13 @@
 // SPDX-License-Identifier: MIT
+#include <mezalith/platform/predicates/format_predicate.hpp>
 #include <mezalith/style/spatial_object.hpp>
 #include <mezalith/style/style.hpp>
 #include <mezalith/style/testing.hpp>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <variant>
 
 #include <gtest/gtest.h>
 
@@ -141,6 +147,65 @@ TEST(SpatialObject, DoesNothingAndAnswersNoWithoutAStyle) {
 TEST(SpatialObject, AnswersItsGeometryForAnyResolution) {
     const TestFeature feature(MzPointGeometry::initWithPoint({3, 4}));
     EXPECT_EQ(feature.geometryForResolution(10), feature.geometry());
+}
+
+TEST(SpatialObject, AnswersForTheNamesOfItsOperations) {
+    const auto geometry = MzPointGeometry::initWithPoint({3, 4});
+    TestFeature feature(geometry, std::make_shared<MzStyle>());
+    feature.name = "Oslo";
+    feature.kindName = "city";
+    using platform::KeyedValue;
+    EXPECT_EQ(feature.valueForKey("featureName"), KeyedValue(std::string("Oslo")));
+    EXPECT_EQ(feature.valueForKey("featureDescription"), KeyedValue(std::string()));
+    EXPECT_EQ(feature.valueForKey("kind"), KeyedValue(std::string("city")));
+    EXPECT_EQ(feature.valueForKey("allowsInteraction"), KeyedValue(true));
+    EXPECT_EQ(feature.valueForKey("propertiesByName"), KeyedValue(&feature.properties));
+    using Object = std::shared_ptr<const platform::Object>;
+    EXPECT_EQ(feature.valueForKey("geometry"), KeyedValue(Object(geometry)));
+    EXPECT_EQ(feature.valueForKey("style"), KeyedValue(Object(feature.styleValue)));
+    EXPECT_EQ(feature.valueForKey("objectOwner"), KeyedValue());
+}
+
+TEST(SpatialObject, AnswersNullForPartsItHasNot) {
+    const TestFeature feature(nullptr);
+    EXPECT_EQ(feature.valueForKey("geometry"), platform::KeyedValue());
+    EXPECT_EQ(feature.valueForKey("style"), platform::KeyedValue());
+}
+
+TEST(SpatialObject, AnswersForItsAttributesBehindItsOperations) {
+    TestFeature feature(nullptr);
+    feature.kindName = "city";
+    feature.properties = {{"kind", std::string("town")}, {"population", std::int64_t{700}}};
+    EXPECT_EQ(feature.valueForKey("population"), platform::KeyedValue(std::int64_t{700}));
+    EXPECT_EQ(feature.valueForKey("kind"), platform::KeyedValue(std::string("city")));
+    EXPECT_EQ(feature.valueForKey("mayor"), platform::KeyedValue());
+}
+
+TEST(SpatialObject, OwnsNoOwner) {
+    struct Owned : TestFeature {
+        using TestFeature::TestFeature;
+        platform::Object* objectOwner() const override { return owner; }
+        platform::Object* owner = nullptr;
+    };
+    TestFeature owner(nullptr);
+    Owned feature(nullptr);
+    feature.owner = &owner;
+    const auto answer = feature.valueForKey("objectOwner");
+    const auto& object = std::get<std::shared_ptr<const platform::Object>>(answer);
+    EXPECT_EQ(object.get(), &owner);
+    EXPECT_EQ(object.use_count(), 0);
+}
+
+TEST(SpatialObject, IsWhatRuleFiltersAreAskedAbout) {
+    TestFeature feature(nullptr);
+    feature.kindName = "city";
+    feature.properties["population"] = std::int64_t{1500000};
+    const auto filter = platform::FormatPredicate::predicateWithFormat(
+        "kind == 'city' AND propertiesByName.population > 1000000");
+    ASSERT_NE(filter, nullptr);
+    EXPECT_TRUE(filter->evaluateWithObject(&feature));
+    feature.properties["population"] = std::int64_t{1000000};
+    EXPECT_FALSE(filter->evaluateWithObject(&feature));
 }
 
 TEST(SpatialObject, AnnouncesDrawingUnderThisKey) {

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+#include <mezalith/platform/predicates/format_predicate.hpp>
+#include <mezalith/platform/predicates/predicate_subject.hpp>
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <new>
+#include <string>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+std::atomic<std::size_t> blocks = 0;
+
+}  // namespace
+
+[[gnu::noinline]] void* operator new(std::size_t size) {
+    ++blocks;
+    void* const block = std::malloc(size);
+    if (block == nullptr) throw std::bad_alloc();
+    return block;
+}
+
+[[gnu::noinline]] void operator delete(void* block) noexcept { std::free(block); }
+[[gnu::noinline]] void operator delete(void* block, std::size_t /*size*/) noexcept {
+    std::free(block);
+}
+
+namespace mezalith::platform {
+namespace {
+
+/// How many blocks an evaluation takes from the heap, once it has been asked before.
+std::size_t blocksTaken(const char* format) {
+    const testing::Subject subject(
+        {{"kind", std::string("a kind whose name is too long to lie within a string")},
+         {"name", std::string("Saint-Pierre-et-Miquelon, Île de la Réunion")},
+         {"population", std::int64_t{709037}},
+         {"height", 23.5}});
+    const auto made = testing::predicate(format);
+    made->evaluateWithObject(&subject);
+    const std::size_t before = blocks;
+    for (int i = 0; i < 10; ++i) made->evaluateWithObject(&subject);
+    return blocks - before;
+}
+
+TEST(PredicateMemory, IsNotAllocatedToEvaluate) {
+    for (const char* format :
+         {"kind == 'city' AND table.population > 1000000",
+          "kind BEGINSWITH 'a kind' AND kind ENDSWITH 'string' AND kind CONTAINS 'too'",
+          "kind LIKE '*long*' AND kind ==[c] 'A KIND' OR kind LIKE[c] 'A KIND*'",
+          "name CONTAINS[cd] 'ile de la reunion' AND 'REUNION' IN[cd] name",
+          "name IN[cd] {'x', 'oslo', kind, {1, 2}} OR ANY table ==[cd] 'ÉTÉ'",
+          "kind MATCHES 'a kind .* string' AND name MATCHES[d] 'Saint.*'",
+          "(population + 1) * 2 / 3 ** 2 - -height BETWEEN {0, 1e9} AND nothing == NULL",
+          "ALL {population, height, 5} > 0 AND NOT NONE {height} == 2"}) {
+        EXPECT_EQ(blocksTaken(format), 0u) << format;
+    }
+}
+
+TEST(PredicateMemory, IsCounted) {
+    const std::size_t before = blocks;
+    EXPECT_NE(testing::predicate("a == 1"), nullptr);
+    EXPECT_GT(blocks, before);
+}
+
+}  // namespace
+}  // namespace mezalith::platform
