@@ -56,8 +56,12 @@ const std::map<std::string, std::string> kErrors{
     {"duplicate-keys.json", "line 24, column 27: a second key \"strokeWidth\""},
     {"empty.cbor", "byte 0: the archive ends here, within a value"},
     {"empty.json", "line 1, column 1: unexpected end of input; expected '[', '{', or a literal"},
-    {"filter-deep.json", "line 19, column 15: /root/rules/0/filter: a text, not an object"},
-    {"filter-malformed.json", "line 19, column 15: /root/rules/0/filter: a text, not an object"},
+    {"filter-deep.json",
+     "line 19, column 15: /root/rules/0/filter: no predicate: line 1, column 65: found \"(\", "
+     "expected no more than 64 levels of nesting"},
+    {"filter-malformed.json",
+     "line 19, column 15: /root/rules/0/filter: no predicate: line 1, column 20: found \"OR\", "
+     "expected a condition"},
     {"id-twice.json", "line 64, column 13: a second object with the id 1"},
     {"indefinite-texts.cbor", "byte 0: an indefinite length or reserved form"},
     {"invalid-utf8.cbor", "byte 70: text that is not UTF-8"},

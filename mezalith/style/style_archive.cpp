@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <mezalith/platform/json/keyed_archive.hpp>
+#include <mezalith/platform/predicates/format_predicate.hpp>
 #include <mezalith/style/line_symbolizer.hpp>
 #include <mezalith/style/point_symbolizer.hpp>
 #include <mezalith/style/polygon_symbolizer.hpp>
@@ -25,6 +26,8 @@ platform::ArchiveClasses makeClasses() {
     platform::ArchiveClasses::Keys ofPoints = dashes;
     ofPoints.insert(ofPoints.end(), {"symbolRotation", "shadow"});
     classes.add("MzPointSymbolizer", MzPointSymbolizer::initWithCoder, ofPoints);
+    classes.add("Predicate", platform::FormatPredicate::initWithCoder);
+    classes.addText("Predicate", platform::FormatPredicate::initWithText);
     return classes;
 }
 

@@ -2,6 +2,7 @@
 #include <mezalith/platform/cairo/cairo_port.hpp>
 #include <mezalith/platform/json/keyed_archive.hpp>
 #include <mezalith/platform/observation_recorder.hpp>
+#include <mezalith/platform/predicates/format_predicate.hpp>
 #include <mezalith/style/line_symbolizer.hpp>
 #include <mezalith/style/point_symbolizer.hpp>
 #include <mezalith/style/polygon_symbolizer.hpp>
@@ -217,6 +218,30 @@ TEST(StyleArchive, HoldsClassesOfStylesOnly) {
         EXPECT_TRUE(classes.contains(name)) << name;
     }
     EXPECT_FALSE(classes.contains("MzImageSymbolizer"));
+}
+
+TEST(StyleArchive, KeepsTheFiltersOfRules) {
+    const auto style = styleOf({dashedLine()});
+    const MzRule& rule = *style->rules()[0];
+    style->rules()[0]->setFilterType(1);
+    style->rules()[0]->setFilter(platform::FormatPredicate::predicateWithFormat(
+        "kind = 'city' && name LIKE[c] '*\\u00e5*' AND population > 1e6"));
+    const std::string text = platform::archivedText(style.get());
+    EXPECT_NE(text.find(R"("filter": "kind == \"city\" AND name LIKE[c] \"*å*\")"),
+              std::string::npos)
+        << text;
+    for (const auto& read : {throughText(*style), throughBytes(*style)}) {
+        ASSERT_NE(read, nullptr);
+        const auto filter = read->rules()[0]->filter();
+        ASSERT_NE(filter, nullptr);
+        EXPECT_EQ(filter->predicateFormat(), rule.filter()->predicateFormat());
+        TestFeature feature(nullptr);
+        feature.kindName = "city";
+        feature.properties = {{"name", std::string("MÅLØY")}, {"population", 2e6}};
+        EXPECT_TRUE(filter->evaluateWithObject(&feature));
+        feature.kindName = "town";
+        EXPECT_FALSE(filter->evaluateWithObject(&feature));
+    }
 }
 
 }  // namespace

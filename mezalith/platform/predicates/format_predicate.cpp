@@ -39,9 +39,20 @@ std::shared_ptr<const FormatPredicate> FormatPredicate::predicateWithFormat(
         new FormatPredicate(std::move(program), std::move(canonical)));
 }
 
+std::shared_ptr<const FormatPredicate> FormatPredicate::initWithText(std::string_view text,
+                                                                     std::string& reason) {
+    PredicateError error;
+    auto predicate = predicateWithFormat(text, {}, &error);
+    if (predicate == nullptr) reason = "no predicate: " + error.message();
+    return predicate;
+}
+
 std::shared_ptr<const FormatPredicate> FormatPredicate::initWithCoder(
     const KeyedUnarchiver& coder) {
-    return predicateWithFormat(coder.decodeString(kFormatKey));
+    std::string reason;
+    auto predicate = initWithText(coder.decodeString(kFormatKey), reason);
+    if (predicate == nullptr) coder.failWithError(reason, kFormatKey);
+    return predicate;
 }
 
 bool FormatPredicate::evaluateWithObject(const Object* object) const {

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -45,8 +46,12 @@ class MEZALITH_EXPORT FormatPredicate final : public Predicate {
         std::string_view format, std::span<const PredicateArgument> arguments = {},
         PredicateError* error = nullptr);
 
-    /// The predicate that `encodeWithCoder` wrote; null when its format is none.
+    /// The predicate that `encodeWithCoder` wrote; null, on which the archive fails, when its
+    /// format is none.
     static std::shared_ptr<const FormatPredicate> initWithCoder(const KeyedUnarchiver& coder);
+    /// The predicate whose `archiveText` is `text`; null, and the error's message, when it is none.
+    static std::shared_ptr<const FormatPredicate> initWithText(std::string_view text,
+                                                               std::string& reason);
 
     ~FormatPredicate() override;
     FormatPredicate(const FormatPredicate&) = delete;
@@ -62,6 +67,8 @@ class MEZALITH_EXPORT FormatPredicate final : public Predicate {
     std::string_view archiveClassName() const override { return "Predicate"; }
     /// The format, under "format".
     void encodeWithCoder(KeyedArchiver& coder) const override;
+    /// The format.
+    std::optional<std::string> archiveText() const override { return format_; }
 
   private:
     FormatPredicate(std::unique_ptr<const detail::Program> program, std::string format);

@@ -97,6 +97,7 @@ TEST(FormatPredicate, IsArchivedAsItsText) {
     written->encodeWithCoder(store);
     EXPECT_EQ(written->archiveClassName(), "Predicate");
     EXPECT_EQ(store.layout(), std::vector<std::string>{"string format"});
+    EXPECT_EQ(written->archiveText(), written->predicateFormat());
     const auto read = FormatPredicate::initWithCoder(store);
     ASSERT_NE(read, nullptr);
     EXPECT_EQ(read->predicateFormat(), R"(name ==[c] "oslo")");
@@ -107,6 +108,14 @@ TEST(FormatPredicate, IsNotReadFromWhatIsNoPredicate) {
     testing::KeyedStore store;
     store.encodeString("scalerank <= (6 AND OR \"", "format");
     EXPECT_EQ(FormatPredicate::initWithCoder(store), nullptr);
+}
+
+TEST(FormatPredicate, SaysWhyATextIsNone) {
+    std::string reason;
+    EXPECT_NE(FormatPredicate::initWithText("a == 1", reason), nullptr);
+    EXPECT_EQ(reason, "");
+    EXPECT_EQ(FormatPredicate::initWithText("a ==", reason), nullptr);
+    EXPECT_EQ(reason, "no predicate: line 1, column 5: found the end, expected a value");
 }
 
 TEST(FormatPredicate, IsComparedByItsText) {
