@@ -60,7 +60,7 @@ const std::map<std::string, std::string> kErrors{
      "line 19, column 15: /root/rules/0/filter: no predicate: line 1, column 65: found \"(\", "
      "expected no more than 64 levels of nesting"},
     {"filter-malformed.json",
-     "line 19, column 15: /root/rules/0/filter: no predicate: line 1, column 20: found \"OR\", "
+     "line 19, column 15: /root/rules/0/filter: no predicate: line 1, column 21: found \"OR\", "
      "expected a condition"},
     {"id-twice.json", "line 64, column 13: a second object with the id 1"},
     {"indefinite-texts.cbor", "byte 0: an indefinite length or reserved form"},

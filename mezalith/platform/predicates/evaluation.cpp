@@ -8,7 +8,7 @@
 #include <span>
 #include <utility>
 
-namespace mezalith::platform::detail {
+namespace mezalith::platform::predicates {
 namespace {
 
 using Kind = Operand::Kind;
@@ -263,4 +263,4 @@ bool holds(const Program& program, const Object* object) {
     return Evaluation(program, object).holds(program.root);
 }
 
-}  // namespace mezalith::platform::detail
+}  // namespace mezalith::platform::predicates

@@ -19,7 +19,8 @@ std::string PredicateError::message() const {
            found + ", expected " + expected;
 }
 
-FormatPredicate::FormatPredicate(std::unique_ptr<const detail::Program> program, std::string format)
+FormatPredicate::FormatPredicate(std::unique_ptr<const predicates::Program> program,
+                                 std::string format)
     : program_(std::move(program)), format_(std::move(format)) {}
 
 FormatPredicate::~FormatPredicate() = default;
@@ -28,11 +29,11 @@ std::shared_ptr<const FormatPredicate> FormatPredicate::predicateWithFormat(
     std::string_view format, std::span<const PredicateArgument> arguments, PredicateError* error) {
     PredicateError unasked;
     PredicateError& problem = error != nullptr ? *error : unasked;
-    auto program = detail::parsePredicate(format, arguments, problem);
+    auto program = predicates::parsePredicate(format, arguments, problem);
     if (program == nullptr) return nullptr;
-    std::string canonical = detail::formatOf(*program);
-    if (canonical.size() > detail::kLongestFormat) {
-        problem = detail::tooLong(canonical.size());
+    std::string canonical = predicates::formatOf(*program);
+    if (canonical.size() > predicates::kLongestFormat) {
+        problem = predicates::tooLong(canonical.size());
         return nullptr;
     }
     return std::shared_ptr<const FormatPredicate>(
@@ -56,7 +57,7 @@ std::shared_ptr<const FormatPredicate> FormatPredicate::initWithCoder(
 }
 
 bool FormatPredicate::evaluateWithObject(const Object* object) const {
-    return detail::holds(*program_, object);
+    return predicates::holds(*program_, object);
 }
 
 void FormatPredicate::encodeWithCoder(KeyedArchiver& coder) const {

@@ -15,7 +15,7 @@
 
 namespace mezalith::platform {
 
-namespace detail {
+namespace predicates {
 struct Program;
 }
 
@@ -71,9 +71,9 @@ class MEZALITH_EXPORT FormatPredicate final : public Predicate {
     std::optional<std::string> archiveText() const override { return format_; }
 
   private:
-    FormatPredicate(std::unique_ptr<const detail::Program> program, std::string format);
+    FormatPredicate(std::unique_ptr<const predicates::Program> program, std::string format);
 
-    std::unique_ptr<const detail::Program> program_;
+    std::unique_ptr<const predicates::Program> program_;
     std::string format_;
 };
 

@@ -6,7 +6,7 @@
 #include <utility>
 #include <variant>
 
-namespace mezalith::platform::detail {
+namespace mezalith::platform::predicates {
 namespace {
 
 constexpr double kIntegersEnd = 0x1p63;
@@ -114,4 +114,4 @@ bool isSame(const Operand& left, const Operand& right, TextOptions options) {
     return order(left, right, options) == 0;
 }
 
-}  // namespace mezalith::platform::detail
+}  // namespace mezalith::platform::predicates

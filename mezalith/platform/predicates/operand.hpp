@@ -9,7 +9,7 @@
 #include <memory>
 #include <string_view>
 
-namespace mezalith::platform::detail {
+namespace mezalith::platform::predicates {
 
 /// A value while a predicate is evaluated, with what keeps it alive.
 class Operand {
@@ -73,4 +73,4 @@ std::partial_ordering order(const Operand& left, const Operand& right, TextOptio
 /// Equal in order, or both null, or the same table or object. Lists are not compared.
 bool isSame(const Operand& left, const Operand& right, TextOptions options);
 
-}  // namespace mezalith::platform::detail
+}  // namespace mezalith::platform::predicates

@@ -8,7 +8,7 @@
 
 #include <tao/pegtl.hpp>
 
-namespace mezalith::platform::detail {
+namespace mezalith::platform::predicates {
 namespace {
 
 namespace pegtl = tao::pegtl;
@@ -357,4 +357,4 @@ std::unique_ptr<const Program> parsePredicate(std::string_view format,
     }
 }
 
-}  // namespace mezalith::platform::detail
+}  // namespace mezalith::platform::predicates

@@ -9,7 +9,7 @@
 #include <span>
 #include <string_view>
 
-namespace mezalith::platform::detail {
+namespace mezalith::platform::predicates {
 
 /// The predicate that `format` is; null, and why, when it is none.
 std::unique_ptr<const Program> parsePredicate(std::string_view format,
@@ -19,4 +19,4 @@ std::unique_ptr<const Program> parsePredicate(std::string_view format,
 /// The error of a format of so many bytes.
 PredicateError tooLong(std::size_t bytes);
 
-}  // namespace mezalith::platform::detail
+}  // namespace mezalith::platform::predicates

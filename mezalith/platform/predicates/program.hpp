@@ -14,7 +14,7 @@
 
 #include <re2/re2.h>
 
-namespace mezalith::platform::detail {
+namespace mezalith::platform::predicates {
 
 /// What a node of a predicate says. Those up to `Matches` are conditions, the others values.
 enum class Operation : std::uint8_t {
@@ -110,4 +110,4 @@ bool isNegative(const Value& value);
 /// The predicate as text, in its one canonical form; reads back to an equal program.
 std::string formatOf(const Program& program);
 
-}  // namespace mezalith::platform::detail
+}  // namespace mezalith::platform::predicates

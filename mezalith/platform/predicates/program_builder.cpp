@@ -10,7 +10,7 @@
 #include <system_error>
 #include <utility>
 
-namespace mezalith::platform::detail {
+namespace mezalith::platform::predicates {
 namespace {
 
 /// Each may take up to `kPatternMemory`.
@@ -391,4 +391,4 @@ std::unique_ptr<const Program> ProgramBuilder::finish() {
     return std::move(program_);
 }
 
-}  // namespace mezalith::platform::detail
+}  // namespace mezalith::platform::predicates

@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-namespace mezalith::platform::detail {
+namespace mezalith::platform::predicates {
 
 /// Thrown by the builder and the grammar, caught by the parser.
 struct SyntaxError {
@@ -113,4 +113,4 @@ class ProgramBuilder {
     int depth_ = 0;
 };
 
-}  // namespace mezalith::platform::detail
+}  // namespace mezalith::platform::predicates

@@ -9,7 +9,7 @@
 #include <utility>
 #include <variant>
 
-namespace mezalith::platform::detail {
+namespace mezalith::platform::predicates {
 namespace {
 
 /// How tightly a node's text holds together; an operand that is looser than wanted goes into
@@ -195,4 +195,4 @@ std::string formatOf(const Program& program) {
     return writer.take();
 }
 
-}  // namespace mezalith::platform::detail
+}  // namespace mezalith::platform::predicates

@@ -10,7 +10,7 @@
 #include <unicode/utf16.h>
 #include <unicode/utf8.h>
 
-namespace mezalith::platform::detail {
+namespace mezalith::platform::predicates {
 namespace {
 
 constexpr std::array<std::string_view, 22> kReserved{
@@ -181,4 +181,4 @@ std::string tokenAt(std::string_view text, std::size_t offset) {
     return '"' + std::string(text.substr(0, length)) + (cut ? "...\"" : "\"");
 }
 
-}  // namespace mezalith::platform::detail
+}  // namespace mezalith::platform::predicates

@@ -6,7 +6,7 @@
 #include <string_view>
 
 /// The small things that reading and writing of predicates must agree on.
-namespace mezalith::platform::detail {
+namespace mezalith::platform::predicates {
 
 /// Parentheses, braces, negations, minus signs and powers within each other.
 inline constexpr int kDeepestFormat = 64;
@@ -44,4 +44,4 @@ std::size_t skipBlanks(std::string_view text, std::size_t offset);
 /// end; long ones cut.
 std::string tokenAt(std::string_view text, std::size_t offset);
 
-}  // namespace mezalith::platform::detail
+}  // namespace mezalith::platform::predicates
