@@ -8,6 +8,7 @@ namespace {
 
 constexpr std::array<Command, 10> kCommands{{
     {"render", "Maps", "Draw a map as PNG, SVG or PDF", setUpRender},
+    {"style", "Maps", "Check, convert and begin style documents", setUpStyle},
     {"info", "Data", "Say what a source of map data holds", setUpInfo},
     {"wkb", "Data", "Inspect and convert Well-Known Binary", setUpWKB},
     {"project", "Geodesy", "Project longitude and latitude, or back", setUpProject},

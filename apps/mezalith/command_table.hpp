@@ -26,6 +26,7 @@ inline constexpr char kSourceHelp[] =
 void setUpRender(CLI::App& command);
 void setUpInfo(CLI::App& command);
 void setUpWKB(CLI::App& command);
+void setUpStyle(CLI::App& command);
 void setUpProject(CLI::App& command);
 void setUpDistance(CLI::App& command);
 void setUpBearing(CLI::App& command);

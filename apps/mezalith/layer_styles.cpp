@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "apps/mezalith/layer_styles.hpp"
 
+#include "apps/mezalith/style_file.hpp"
 #include "apps/mezalith/view_options.hpp"
 #include <mezalith/style/line_symbolizer.hpp>
 #include <mezalith/style/point_symbolizer.hpp>
@@ -14,6 +15,7 @@ namespace {
 using ColorPointer = std::shared_ptr<const platform::Color>;
 
 constexpr char kNothing[] = "none";
+constexpr char kStyleOption[] = "--style";
 constexpr float kMarkerSize = 5;
 
 ColorPointer paintArgument(const std::string& name, const std::string& text) {
@@ -118,6 +120,8 @@ void addStyleOptions(CLI::App& command, StyleTexts& texts) {
     add("--width", texts.width, "[LAYER:]POINTS", "Width of lines and outlines; repeatable");
     add("--dash", texts.dash, "[LAYER:]A,B,...",
         "Painted and unpainted lengths in turn, or none; repeatable");
+    add(kStyleOption, texts.style, "[LAYER=]FILE",
+        "Style document, .json or .cbor, in place of colours, width and dash; repeatable");
 }
 
 LayerStyles::LayerStyles(const StyleTexts& texts) {
@@ -126,19 +130,34 @@ LayerStyles::LayerStyles(const StyleTexts& texts) {
         for (const std::string& text : values) {
             const LayerValue value = layerValue(text);
             result[value.layer] = read(name, value.value);
-            if (value.layer) argumentOfLayer_.try_emplace(*value.layer, name);
+            argumentOfLayer_.try_emplace(value.layer, name);
         }
     };
     take("--fill", texts.fill, fill_, paintArgument);
     take("--stroke", texts.stroke, stroke_, paintArgument);
     take("--width", texts.width, width_, widthArgument);
     take("--dash", texts.dash, dash_, dashArgument);
+    readDocuments(texts.style);
+}
+
+void LayerStyles::readDocuments(const std::vector<std::string>& arguments) {
+    for (const std::string& text : arguments) {
+        const std::size_t at = text.find('=');
+        const bool isOfLayer = at != std::string::npos;
+        const auto layer = isOfLayer ? std::optional(text.substr(0, at)) : std::nullopt;
+        const auto argument = argumentOfLayer_.find(layer);
+        if (argument != argumentOfLayer_.end() && argument->second != kStyleOption) {
+            throw UsageError(argument->second, "--style " + text + " says all of the same layers");
+        }
+        documents_[layer] = readStyleFile(isOfLayer ? text.substr(at + 1) : text);
+        argumentOfLayer_[layer] = kStyleOption;
+    }
 }
 
 void LayerStyles::checkLayers(std::span<const std::string> layers) const {
     for (const auto& [layer, argument] : argumentOfLayer_) {
-        if (std::ranges::find(layers, layer) == layers.end()) {
-            throw UsageError(argument, "no layer \"" + layer + "\" on the map");
+        if (layer && std::ranges::find(layers, *layer) == layers.end()) {
+            throw UsageError(argument, "no layer \"" + *layer + "\" on the map");
         }
     }
 }
@@ -160,6 +179,7 @@ Paint LayerStyles::paint(const std::string& layer, host::Form form) const {
 }
 
 std::shared_ptr<MzStyle> LayerStyles::style(const std::string& layer, host::Form form) {
+    if (const auto* document = find(documents_, layer)) return *document;
     std::shared_ptr<MzStyle>& style = styles_[{layer, form}];
     if (style != nullptr) return style;
     style = std::make_shared<MzStyle>();

@@ -23,6 +23,7 @@ struct StyleTexts {
     std::vector<std::string> stroke{};
     std::vector<std::string> width{};
     std::vector<std::string> dash{};
+    std::vector<std::string> style{};  ///< "FILE" or "LAYER=FILE" each
 };
 
 /// Adds the options to `command`; `texts` must live as long.
@@ -37,10 +38,13 @@ struct Paint {
 };
 
 /// The styles of the layers of a map: quiet defaults by form, changed by what the options say of
-/// the layer or, failing that, of all layers. Of several values the last one counts.
+/// the layer or, failing that, of all layers. Of several values the last one counts. A layer that
+/// has a style document is drawn by it.
 class LayerStyles {
   public:
-    /// Throws a UsageError for a value that is not to be understood.
+    /// Throws a UsageError for a value that is not to be understood and for a colour, width or dash
+    /// beside a document, both of the same layer or of all; and a host::Failure for a document that
+    /// cannot be read.
     explicit LayerStyles(const StyleTexts& texts);
 
     /// Throws a UsageError for a prefix that is none of `layers`.
@@ -48,7 +52,8 @@ class LayerStyles {
 
     Paint paint(const std::string& layer, host::Form form) const;
 
-    /// The same as a style of one rule and one symbolizer, made once for each layer and form.
+    /// The layer's document, or else the paint as a style of one rule and one symbolizer, made once
+    /// for each layer and form.
     std::shared_ptr<MzStyle> style(const std::string& layer, host::Form form);
 
   private:
@@ -58,12 +63,14 @@ class LayerStyles {
 
     template <typename T>
     static const T* find(const Values<T>& values, const std::string& layer);
+    void readDocuments(const std::vector<std::string>& arguments);
 
     Values<std::shared_ptr<const platform::Color>> fill_;
     Values<std::shared_ptr<const platform::Color>> stroke_;
     Values<double> width_;
     Values<std::vector<double>> dash_;
-    std::map<std::string, std::string> argumentOfLayer_;  ///< the argument that named the layer
+    Values<std::shared_ptr<MzStyle>> documents_;
+    Values<std::string> argumentOfLayer_;  ///< the argument that spoke of the layer first
     std::map<std::pair<std::string, host::Form>, std::shared_ptr<MzStyle>> styles_;
 };
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "apps/mezalith/layer_styles.hpp"
 
+#include "host/failure.hpp"
 #include <mezalith/style/line_symbolizer.hpp>
 #include <mezalith/style/point_symbolizer.hpp>
 #include <mezalith/style/polygon_symbolizer.hpp>
@@ -83,6 +84,29 @@ TEST(LayerStyles, MakeAMarkerOfAPointsPaint) {
     ASSERT_NE(symbolizer, nullptr);
     EXPECT_FALSE(symbolizer->shouldFill());
     EXPECT_TRUE(symbolizer->shouldStroke());
+}
+
+const std::string kDocument = MEZALITH_SOURCE_DIR "/tests/data/bad/archive/ok-style.json";
+const std::string kBytes = MEZALITH_SOURCE_DIR "/tests/data/bad/archive/ok-style.cbor";
+
+TEST(LayerStyles, AreDocumentsWhereTheyAreGiven) {
+    LayerStyles styles({.fill = {"sea:#fff"}, .style = {kDocument, "land=" + kBytes}});
+    EXPECT_EQ(styles.style("rivers", Form::Line)->name(), "base");
+    EXPECT_EQ(styles.style("rivers", Form::Line), styles.style("lakes", Form::Area));
+    EXPECT_NE(styles.style("rivers", Form::Line), styles.style("land", Form::Area));
+    EXPECT_EQ(styles.style("land", Form::Area)->name(), "base");
+}
+
+TEST(LayerStyles, SayWhatIsWrongWithDocuments) {
+    EXPECT_EQ(usageErrorOf({.style = {"land=" + kDocument}}, {"sea"}),
+              "--style: no layer \"land\" on the map");
+    EXPECT_EQ(usageErrorOf({.style = {"style.xml"}}, {}),
+              "style.xml: a style document ends in .json or .cbor");
+    EXPECT_EQ(usageErrorOf({.fill = {"#fff"}, .style = {kDocument}}, {}),
+              "--fill: --style " + kDocument + " says all of the same layers");
+    EXPECT_EQ(usageErrorOf({.width = {"land:2"}, .style = {kDocument}}, {"land"}), "no error");
+    EXPECT_THROW(LayerStyles({.style = {MEZALITH_SOURCE_DIR "/tests/data/bad/archive/null.json"}}),
+                 host::Failure);
 }
 
 TEST(LayerStyles, SayWhatIsWrong) {

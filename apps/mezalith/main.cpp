@@ -41,6 +41,15 @@ void print(const std::string& text) {
     output.finish();
 }
 
+/// The command that was given, with the command within it if there is one.
+std::string commandOf(const CLI::App& app) {
+    const auto commands = app.get_subcommands();
+    if (commands.empty()) return "arguments";
+    const std::string name = commands.front()->get_name();
+    const auto nested = commands.front()->get_subcommands();
+    return nested.empty() ? name : name + " " + nested.front()->get_name();
+}
+
 int parse(CLI::App& app, std::vector<std::string> arguments) {
     std::ranges::reverse(arguments);
     try {
@@ -50,9 +59,7 @@ int parse(CLI::App& app, std::vector<std::string> arguments) {
         app.exit(request, text, text);
         print(text.str());
     } catch (const CLI::ParseError& error) {
-        const auto commands = app.get_subcommands();
-        const std::string what = commands.empty() ? "arguments" : commands.front()->get_name();
-        return report(what + ": " + error.what(), kWrongArguments);
+        return report(commandOf(app) + ": " + error.what(), kWrongArguments);
     }
     return kDone;
 }

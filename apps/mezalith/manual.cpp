@@ -50,8 +50,15 @@ std::string descriptionOf(const CLI::Option& option) {
     return text + ".";
 }
 
+/// "wkb", or "style check" for a command within a command.
+std::string nameOf(const CLI::App& command) {
+    const CLI::App* parent = command.get_parent();
+    const bool isNested = parent != nullptr && parent->get_parent() != nullptr;
+    return isNested ? nameOf(*parent) + " " + command.get_name() : command.get_name();
+}
+
 std::string synopsisOf(const CLI::App& command) {
-    std::string text = bold("mezalith " + command.get_name()) + " [options]";
+    std::string text = bold("mezalith " + nameOf(command)) + " [options]";
     for (const CLI::Option* option : optionsOf(command, true)) {
         text += " " + italic(option->get_name());
         if (option->get_items_expected_max() > 1) text += " ...";
@@ -60,7 +67,12 @@ std::string synopsisOf(const CLI::App& command) {
 }
 
 std::string sectionOf(const CLI::App& command) {
-    std::string text = ".SS " + command.get_name() + "\n" + synopsisOf(command) + "\n.PP\n" +
+    if (const auto nested = commandsOf(command); !nested.empty()) {
+        std::string text;
+        for (const CLI::App* each : nested) text += sectionOf(*each);
+        return text;
+    }
+    std::string text = ".SS " + nameOf(command) + "\n" + synopsisOf(command) + "\n.PP\n" +
                        escaped(command.get_description()) + ".\n";
     if (!command.get_footer().empty()) text += escaped(command.get_footer()) + "\n";
     for (const CLI::Option* option : optionsOf(command, true)) {
@@ -73,12 +85,24 @@ std::string sectionOf(const CLI::App& command) {
     return text;
 }
 
-std::string wordsOf(const CLI::App& app) {
+std::string optionWordsOf(const CLI::App& app) {
     std::string words;
     for (const CLI::Option* option : optionsOf(app, false)) {
         for (const std::string& name : option->get_lnames()) words += " --" + name;
         for (const std::string& name : option->get_snames()) words += " -" + name;
     }
+    return words;
+}
+
+/// The options of a command and, if it has commands of its own, these first with theirs.
+std::string wordsOf(const CLI::App& app) {
+    std::string names;
+    std::string options;
+    for (const CLI::App* command : commandsOf(app)) {
+        names += " " + command->get_name();
+        if (app.get_parent() != nullptr) options += optionWordsOf(*command);
+    }
+    const std::string words = names + optionWordsOf(app) + options;
     return words.empty() ? words : words.substr(1);
 }
 
@@ -109,6 +133,8 @@ The arguments are wrong.
 .SH EXAMPLES
 .nf
 mezalith render world.gpkg:land world.gpkg:rivers \-o world.png \-\-fill land:#f2ecdd
+mezalith style default polygon > land.json
+mezalith render world.gpkg:land \-o world.png \-\-style land=land.json
 mezalith distance \-122.4 37.8 2.35 48.86
 echo 10.75 59.91 | mezalith project \-\-projection utm:33
 .fi
@@ -138,21 +164,26 @@ std::string manualPage(const CLI::App& app, const std::string& version) {
 }
 
 std::string bashCompletion(const CLI::App& app) {
-    std::string names;
+    std::string groups = " ";
     std::string cases;
     for (const CLI::App* command : commandsOf(app)) {
-        names += command->get_name() + " ";
+        if (!commandsOf(*command).empty()) groups += command->get_name() + " ";
         cases += "        " + command->get_name() + ") words='" + wordsOf(*command) + "' ;;\n";
     }
     return "# bash completion for mezalith\n"
            "_mezalith() {\n"
            "    local current=${COMP_WORDS[COMP_CWORD]} command=${COMP_WORDS[1]-} words=''\n"
+           "    local groups='" +
+           groups +
+           "'\n"
            "    COMPREPLY=()\n"
            "    ((COMP_CWORD > 1)) || command=''\n"
-           "    [[ -z $command || $current == -* ]] || return\n"
+           "    if [[ -n $command && $current != -* ]]; then\n"
+           "        ((COMP_CWORD == 2)) && [[ $groups == *\" $command \"* ]] || return\n"
+           "    fi\n"
            "    case $command in\n"
            "        '') words='" +
-           names + wordsOf(app) + "' ;;\n" + cases + kCompletionTail;
+           wordsOf(app) + "' ;;\n" + cases + kCompletionTail;
 }
 
 }  // namespace mezalith::app

@@ -17,6 +17,10 @@ struct Program {
         draw->add_option("SOURCE", sources, "What to draw")->required()->type_name("");
         draw->add_option("-o,--output", output, "Where to draw")->type_name("OUT");
         draw->footer(".dots at the beginning");
+        CLI::App* paint = app.add_subcommand("paint", "Work with paint");
+        CLI::App* mix = paint->add_subcommand("mix", "Mix colours");
+        mix->add_flag("--stir", secret, "Stir well");
+        paint->add_subcommand("dry", "Wait");
     }
     bool holds(const std::string& part) const {
         return manualPage(app, "1.2").find(part) != std::string::npos;
@@ -45,6 +49,13 @@ TEST(ManualPage, TellsEachCommand) {
     EXPECT_TRUE(program.holds("\n\\&.dots at the beginning\n"));
 }
 
+TEST(ManualPage, TellsCommandsWithinCommands) {
+    const Program program;
+    EXPECT_TRUE(program.holds(".SS paint mix\n\\fBmezalith paint mix\\fR [options]\n.PP\nMix col"));
+    EXPECT_TRUE(program.holds(".SS paint dry\n"));
+    EXPECT_FALSE(program.holds(".SS paint\n"));
+}
+
 TEST(ManualPage, LeavesHiddenOptionsOut) {
     EXPECT_FALSE(Program().holds("secret"));
     EXPECT_EQ(bashCompletion(Program().app).find("secret"), std::string::npos);
@@ -52,8 +63,11 @@ TEST(ManualPage, LeavesHiddenOptionsOut) {
 
 TEST(BashCompletion, HasACaseForEachCommand) {
     const std::string script = bashCompletion(Program().app);
-    EXPECT_NE(script.find("'') words='draw --help' ;;\n"), std::string::npos);
+    EXPECT_NE(script.find("'') words='draw paint --help' ;;\n"), std::string::npos);
     EXPECT_NE(script.find("draw) words='--help --output -o' ;;\n"), std::string::npos);
+    EXPECT_NE(script.find("paint) words='mix dry --help --help --stir --help' ;;\n"),
+              std::string::npos);
+    EXPECT_NE(script.find("local groups=' paint '\n"), std::string::npos);
 }
 
 }  // namespace

@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Gives every malformed map, geometry and field model to the commands that read them: each must answer 0 or 1,
-say at most one line, name the file in it, and leave no picture behind when it fails.
+"""Gives every malformed style, map, geometry and field model to the commands that read them: each
+must answer 0 or 1, say at most one line, name the file in it, and leave no result behind when it
+fails.
 
     bad_files.py PROGRAM
 """
@@ -15,7 +16,7 @@ import tempfile
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 BAD = ROOT / "tests/data/bad"
-FOLDERS = ("map", "wkb", "cof")
+FOLDERS = ("map", "wkb", "cof", "archive")
 SECONDS = 60
 
 
@@ -31,6 +32,11 @@ def commands(file, picture):
     yield ["wkb", "--from-geojson", file]
     yield ["wkb", file]
     yield ["wkb", file, "--to-geojson"]
+
+
+def archive_commands(file, other):
+    yield ["style", "check", file]
+    yield ["style", "convert", file, other]
 
 
 def is_about(line, arguments):
@@ -53,18 +59,19 @@ def complaints(program, arguments, picture):
     if result.returncode == 1 and not any(is_about(line, arguments) for line in lines):
         yield f"no file named: {lines}"
     if result.returncode == 1 and picture.exists():
-        yield "a picture was left"
+        yield "a result was left"
 
 
 def check(file):
     """All complaints about one file."""
     found = []
+    is_archive = "/archive/" in file
     with tempfile.TemporaryDirectory() as folder:
-        picture = pathlib.Path(folder) / "map.png"
-        for arguments in commands(file, str(picture)):
-            for complaint in complaints(sys.argv[1], arguments, picture):
+        result = pathlib.Path(folder) / ("style.cbor" if is_archive else "map.png")
+        for arguments in (archive_commands if is_archive else commands)(file, str(result)):
+            for complaint in complaints(sys.argv[1], arguments, result):
                 found.append(f"{' '.join(arguments)}: {complaint}")
-            picture.unlink(missing_ok=True)
+            result.unlink(missing_ok=True)
     return found
 
 
