@@ -8,9 +8,11 @@
 #include "apps/mezalith/view_options.hpp"
 #include "host/data_source.hpp"
 #include "host/failure.hpp"
+#include "host/feature_index.hpp"
 #include "host/geodesics.hpp"
 #include "host/map_view.hpp"
 
+#include <cstdint>
 #include <cstdio>
 #include <memory>
 #include <optional>
@@ -96,12 +98,13 @@ host::BoundingBox boundsOfLayers(const Layers& layers) {
 void drawLayers(host::MapView& view, const Layers& layers, LayerStyles& styles, bool quiet) {
     Progress progress(Progress::isWanted(quiet));
     for (const host::Layer& layer : layers) {
+        const auto seen = host::FeatureIndex(layer.features).meeting(view.seen());
         double done = 0;
-        for (const auto& feature : layer.features) {
+        for (const std::uint32_t place : seen) {
+            const auto& feature = layer.features[place];
             feature->setStyle(styles.style(layer.name, feature->form()));
             view.draw(*feature);
-            progress.show("drawing " + layer.name,
-                          ++done / static_cast<double>(layer.features.size()));
+            progress.show("drawing " + layer.name, ++done / static_cast<double>(seen.size()));
         }
     }
 }
