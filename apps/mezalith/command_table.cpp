@@ -6,7 +6,7 @@
 namespace mezalith::app {
 namespace {
 
-constexpr std::array<Command, 10> kCommands{{
+constexpr std::array<Command, 11> kCommands{{
     {"render", "Maps", "Draw a map as PNG, SVG or PDF", setUpRender},
     {"style", "Maps", "Check, convert and begin style documents", setUpStyle},
     {"info", "Data", "Say what a source of map data holds", setUpInfo},
