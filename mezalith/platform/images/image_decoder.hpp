@@ -44,8 +44,8 @@ struct DecodedImage {
 /// refused. A file that ends too early gives no picture.
 ///
 /// SVG is drawn anew for each size, its natural size in CSS pixels. Nothing but the bytes is read.
-/// Refused are entities, pictures within the picture, filters and scripts, and what would take too
-/// many steps to draw.
+/// Refused are entities, pictures within the picture, filters, texts, which look different with the
+/// fonts of each machine, and what would take too many steps to draw.
 MEZALITH_EXPORT DecodedImage decodeImage(std::span<const std::byte> bytes,
                                          const ImageLimits& limits = {});
 

@@ -25,8 +25,9 @@ using Handle = std::unique_ptr<RsvgHandle, Release>;
 
 constexpr double pixelsPerInch = 96;
 
-/// Steps times pixels: what one drawing may cost.
-constexpr double mostWork = 2e10;
+/// Steps times pixels, and depth times pixels: what one drawing may cost in time and in memory.
+constexpr double mostWork = 2e9;
+constexpr double mostHeldPixels = 2.5e8;
 
 /// In CSS pixels: what the document says, or else its view box; zeros without either.
 MzSize naturalSize(RsvgHandle* handle) {
@@ -118,7 +119,8 @@ Decoding decodeSVG(Bytes bytes, const ImageLimits& limits) {
         return Decoding::failure(std::move(complaint));
     }
     const double mostPixels =
-        std::min(double(limits.pixels), mostWork / std::max(1.0, steps.count));
+        std::min({double(limits.pixels), mostWork / std::max(1.0, steps.count),
+                  mostHeldPixels / (1 + steps.depth)});
     return {std::make_shared<SvgImage>(std::move(handle), size, mostPixels), {}};
 }
 

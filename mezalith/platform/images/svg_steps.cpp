@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -14,15 +15,26 @@ namespace {
 using detail::SvgElement;
 using detail::SvgScan;
 
-constexpr double bytesAStep = 64;       ///< of a path's or any other attribute's text
+constexpr double bytesAStep = 64;  ///< of a path's or any other attribute's text
+constexpr double bytesOfLongPath = 4096;
 constexpr double stepsOfDashes = 2000;  ///< one line may have millions of them
-constexpr double stepsOfText = 50;
+constexpr double stepsOfMask = 10;
+constexpr double bytesAVertex = 4;
+
+/// A path of 70 kB, or a hundred of 7.
+constexpr double mostCrossings = 5e9;
+
+/// Readers compare each attribute of an element with each.
+constexpr std::size_t mostAttributes = 256;
+/// Bytes of style sheets times elements: each rule is tried on each.
+constexpr double mostStyling = 2e8;
 
 /// Elements within elements, and references to what refers on.
 constexpr int deepest = 512;
 
-constexpr std::array<std::string_view, 5> refusedElements{"image", "feImage", "filter", "include",
-                                                          "foreignObject"};
+/// Texts look different with the fonts of each machine.
+constexpr std::array<std::string_view, 6> refusedElements{"image",   "feImage", "filter",
+                                                          "include", "text",    "foreignObject"};
 
 bool isGradient(const SvgElement& element) {
     return element.name == "linearGradient" || element.name == "radialGradient";
@@ -62,16 +74,42 @@ std::vector<std::string_view> namesIn(std::string_view text) {
     return names;
 }
 
+/// Whether an attribute has marks drawn at every vertex of paths.
+bool drawsMarkers(const std::pair<std::string, std::string>& attribute) {
+    return attribute.first.starts_with("marker") ||
+           (attribute.first == "style" && attribute.second.find("marker") != std::string::npos);
+}
+
+/// The lines of one path may cross each other, which takes its pixels longer.
+double stepsOfValue(double bytes) { return bytes / bytesAStep * (1 + bytes / bytesOfLongPath); }
+
+double pathBytes(const SvgElement& element) {
+    return static_cast<double>(element.value("d").size() + element.value("points").size());
+}
+
+struct Cost {
+    double steps = 0;
+    double crossings = 0;  ///< squares of bytes of paths: whatever the size, each line meets each
+    double depth = 0;
+
+    void add(const Cost& inner) {
+        steps += inner.steps;
+        crossings += inner.crossings;
+        depth = std::max(depth, inner.depth + 1);
+    }
+};
+
 class Counter {
   public:
     explicit Counter(const SvgScan& scan)
-        : scan_(scan), children_(scan.elements.size()), known_(scan.elements.size(), unknown) {
+        : scan_(scan), children_(scan.elements.size()), known_(scan.elements.size()) {
         for (int i = 0; i < std::ssize(scan.elements); ++i) {
             const SvgElement& element = at(i);
             named_.emplace(element.value("id"), i);
             if (element.parent >= 0) {
                 children_[static_cast<std::size_t>(element.parent)].push_back(i);
             }
+            vertices_ += pathBytes(element) / bytesAVertex;
         }
         stepsOfStyle_ = setsProperty(scan.styleSheets, "stroke-dasharray") ? 1 + stepsOfDashes : 1;
     }
@@ -85,9 +123,13 @@ class Counter {
         if (!steps.refusal.empty()) {
             return steps;
         }
-        steps.count = scan_.elements.empty() ? 0 : stepsOf(0, 0);
+        const Cost cost = scan_.elements.empty() ? Cost() : costOf(0, 0);
+        steps.count = cost.steps;
+        steps.depth = cost.depth;
         if (isTooDeep_) {
             steps.refusal = "elements are nested too deeply";
+        } else if (cost.crossings > mostCrossings) {
+            steps.refusal = "its paths are too long";
         } else if (steps.count > mostSvgSteps) {
             steps.refusal = "it takes too many steps to draw";
         }
@@ -95,14 +137,12 @@ class Counter {
     }
 
   private:
-    static constexpr double unknown = -1;
-    static constexpr double underway = 0;
-
     const SvgScan& scan_;
     std::vector<std::vector<int>> children_;
-    std::vector<double> known_;
+    std::vector<std::optional<Cost>> known_;
     std::unordered_map<std::string_view, int> named_;
     double stepsOfStyle_ = 1;
+    double vertices_ = 0;  ///< about how many all paths have
     bool isTooDeep_ = false;
 
     const SvgElement& at(int index) const {
@@ -115,6 +155,9 @@ class Counter {
         }
         if (hasProperty(element, "filter")) {
             return "filters are not drawn";
+        }
+        if (element.attributes.size() > mostAttributes) {
+            return "too many attributes: <" + element.name + ">";
         }
         const bool hasEscape = element.value("style").find('\\') != std::string_view::npos;
         return hasEscape ? "escapes in styles are not read" : std::string();
@@ -129,6 +172,9 @@ class Counter {
         if (setsProperty(style, "filter")) {
             return "filters are not drawn";
         }
+        if (double(style.size()) * double(scan_.elements.size()) > mostStyling) {
+            return "the style sheets are too long";
+        }
         for (const std::string_view name : namesIn(style)) {
             const auto found = named_.find(name);
             if (found != named_.end() && !isGradient(at(found->second))) {
@@ -141,42 +187,46 @@ class Counter {
     double ownSteps(const SvgElement& element) const {
         double steps = stepsOfStyle_;
         for (const auto& attribute : element.attributes) {
-            steps += static_cast<double>(attribute.second.size()) / bytesAStep;
+            steps += stepsOfValue(static_cast<double>(attribute.second.size()));
         }
         steps += hasProperty(element, "stroke-dasharray") ? stepsOfDashes : 0;
-        steps += element.name == "text" ? stepsOfText : 0;
+        steps += hasProperty(element, "mask") ? stepsOfMask : 0;
         return steps;
     }
 
     /// Of the element with all in it and all that it refers to. What is counted already, in a
     /// circle, is nothing: it is not drawn again.
-    double stepsOf(int index, int depth) {
-        double& known = known_[static_cast<std::size_t>(index)];
-        if (known != unknown) {
-            return known;
-        }
+    Cost costOf(int index, int depth) {
+        std::optional<Cost>& known = known_[static_cast<std::size_t>(index)];
         isTooDeep_ = isTooDeep_ || depth > deepest;
-        known = underway;
-        if (isTooDeep_) {
-            return known;
+        if (known || isTooDeep_) {
+            return known.value_or(Cost());
         }
-        double steps = ownSteps(at(index));
+        known = Cost();
+        const double bytes = pathBytes(at(index));
+        Cost cost{ownSteps(at(index)), bytes * bytes, 1};
         for (const int child : children_[static_cast<std::size_t>(index)]) {
-            steps += stepsOf(child, depth + 1);
+            cost.add(costOf(child, depth + 1));
         }
-        steps += stepsReferredTo(at(index), depth);
-        return known = steps;
+        for (const auto& attribute : at(index).attributes) {
+            addReferences(cost, attribute, depth);
+        }
+        known = cost;
+        return cost;
     }
 
-    double stepsReferredTo(const SvgElement& element, int depth) {
-        double steps = 0;
-        for (const auto& attribute : element.attributes) {
-            for (const std::string_view name : namesIn(attribute.second)) {
-                const auto found = named_.find(name);
-                steps += found != named_.end() ? stepsOf(found->second, depth + 1) : 0;
+    void addReferences(Cost& cost, const std::pair<std::string, std::string>& attribute,
+                       int depth) {
+        const double times = drawsMarkers(attribute) ? std::max(1.0, vertices_) : 1;
+        for (const std::string_view name : namesIn(attribute.second)) {
+            const auto found = named_.find(name);
+            if (found != named_.end()) {
+                Cost inner = costOf(found->second, depth + 1);
+                inner.steps *= times;
+                inner.crossings *= times;
+                cost.add(inner);
             }
         }
-        return steps;
     }
 };
 
@@ -185,7 +235,7 @@ class Counter {
 SvgSteps svgSteps(std::string_view text) {
     const SvgScan scan = detail::scanSvg(text);
     if (!scan.refusal.empty()) {
-        return {0, scan.refusal};
+        return {.refusal = scan.refusal};
     }
     return Counter(scan).count();
 }
