@@ -29,6 +29,7 @@ struct Observable::Registrations {
     std::vector<Registration> list;  ///< by growing serial
     std::vector<OpenChange> open;
     std::uint64_t nextSerial = 0;
+    bool isEnded = false;
 
     /// The first registration at or after `serial` and before `limit`, or null.
     const Registration* next(std::uint64_t serial, std::uint64_t limit) const {
@@ -40,9 +41,20 @@ struct Observable::Registrations {
 Observer::~Observer() = default;
 
 Observable::~Observable() {
+    if (!registrations_) return;
     // A notification under way holds on to the registrations: it finds none left.
-    if (registrations_) registrations_->list.clear();
+    registrations_->list.clear();
+    registrations_->isEnded = true;
 }
+
+std::shared_ptr<const bool> Observable::end() const {
+    // Nobody who could end it is told of anything.
+    static constexpr bool never = false;
+    if (!isObserved()) return {std::shared_ptr<void>(), &never};
+    return {registrations_, &registrations_->isEnded};
+}
+
+bool Observable::isObserved() const { return registrations_ && !registrations_->list.empty(); }
 
 void Observable::addObserver(Observer* observer, std::string_view key, std::int64_t context,
                              bool prior) {
@@ -70,9 +82,7 @@ void Observable::remove(const Observer* observer, std::string_view key,
     const auto found = std::find_if(list.rbegin(), list.rend(), [&](const Registration& r) {
         return r.observer == observer && r.key == key && (!context || r.context == *context);
     });
-    if (found == list.rend()) return;
-    list.erase(std::next(found).base());
-    if (list.empty()) registrations_.reset();
+    if (found != list.rend()) list.erase(std::next(found).base());
 }
 
 void Observable::willChangeValueForKey(std::string_view key) {
@@ -84,7 +94,7 @@ void Observable::didChangeValueForKey(std::string_view key) {
 }
 
 void Observable::willChange(ChangeKind kind, IndexRange indexes, std::string_view key) {
-    if (!registrations_) return;
+    if (!isObserved()) return;
     const std::uint64_t limit = registrations_->nextSerial;
     registrations_->open.push_back({std::string(key), limit});
     notify(key, {kind, indexes, true}, limit);

@@ -96,14 +96,27 @@ class MEZALITH_EXPORT Observable {
         const std::string& key) const;
 
   protected:
-    /// Runs `change` and announces it for `keys`: before it in this order, after it in reverse.
+    /// Runs `change` and announces it for `keys`: before it in this order, after it in reverse. All
+    /// that is left of it is dropped when an observer ends the object's life.
     template <typename Action>
     void changeValues(std::initializer_list<std::string_view> keys, Action change) {
-        for (const std::string_view key : keys) willChangeValueForKey(key);
-        change();
-        for (auto key = std::rbegin(keys); key != std::rend(keys); ++key) {
-            didChangeValueForKey(*key);
+        const std::shared_ptr<const bool> ended = end();
+        for (const std::string_view key : keys) {
+            if (!*ended) willChangeValueForKey(key);
         }
+        if (!*ended) change();
+        for (auto key = std::rbegin(keys); key != std::rend(keys); ++key) {
+            if (!*ended) didChangeValueForKey(*key);
+        }
+    }
+
+    /// The same for a change of the members of the list under `key`.
+    template <typename Action>
+    void changeMembers(ChangeKind kind, IndexRange indexes, std::string_view key, Action change) {
+        const std::shared_ptr<const bool> ended = end();
+        willChange(kind, indexes, key);
+        if (!*ended) change();
+        if (!*ended) didChange(kind, indexes, key);
     }
 
     /// Sets a property's field and announces its key, also when the value stays the same.
@@ -114,8 +127,11 @@ class MEZALITH_EXPORT Observable {
 
   private:
     struct Registrations;
-    std::shared_ptr<Registrations> registrations_;  ///< null while nobody observes
+    std::shared_ptr<Registrations> registrations_;  ///< null until somebody observes
 
+    /// Becomes YES when the object ends, for those who outlive it.
+    std::shared_ptr<const bool> end() const;
+    bool isObserved() const;
     void remove(const Observer* observer, std::string_view key,
                 std::optional<std::int64_t> context);
     void notify(std::string_view key, const Change& change, std::uint64_t limit);

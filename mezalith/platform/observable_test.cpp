@@ -51,6 +51,14 @@ struct Model : Observable {
     void touch(std::string_view key) {
         changeValues({key}, [] {});
     }
+    template <typename Action>
+    void change(std::initializer_list<std::string_view> keys, Action action) {
+        changeValues(keys, action);
+    }
+    template <typename Action>
+    void changeList(IndexRange indexes, Action action) {
+        changeMembers(ChangeKind::Insertion, indexes, "list", action);
+    }
     void touchBoth(std::string_view first, std::string_view second) {
         changeValues({first, second}, [this] { value = 9; });
     }
@@ -443,6 +451,69 @@ TEST(Observable, MayEndWhileNotifying) {
     EXPECT_EQ(model, nullptr);
     EXPECT_EQ(first.lines, (Lines{"did value (1)"}));
     EXPECT_TRUE(second.lines.empty());
+}
+
+TEST(Observable, IsNotChangedAfterAnObserverEndedItBeforeTheChange) {
+    auto model = std::make_unique<Model>();
+    Recorder first, second;
+    first.reaction = [&] { model.reset(); };
+    model->addObserver(&first, "b", 1, true);
+    model->addObserver(&second, "a", 2, true);
+    bool isChanged = false;
+    model->change({"a", "b", "c"}, [&] { isChanged = true; });
+    EXPECT_EQ(model, nullptr);
+    EXPECT_FALSE(isChanged);
+    EXPECT_EQ(first.lines, (Lines{"will b (1)"}));
+    EXPECT_EQ(second.lines, (Lines{"will a (2)"}));
+}
+
+TEST(Observable, AnnouncesNoMoreAfterAnObserverEndedItAfterTheChange) {
+    auto model = std::make_unique<Model>();
+    Recorder first, second;
+    first.reaction = [&] { model.reset(); };
+    model->addObserver(&first, "b", 1);
+    model->addObserver(&second, "a", 2);
+    bool isChanged = false;
+    model->change({"a", "b"}, [&] { isChanged = true; });
+    EXPECT_TRUE(isChanged);
+    EXPECT_EQ(first.lines, (Lines{"did b (1)"}));
+    EXPECT_TRUE(second.lines.empty());
+}
+
+TEST(Observable, IsNotChangedAfterItsOnlyObserverLeftAndEndedIt) {
+    auto model = std::make_unique<Model>();
+    Recorder only;
+    only.reaction = [&] {
+        model->removeObserver(&only, "a");
+        model.reset();
+    };
+    model->addObserver(&only, "a", 1, true);
+    bool isChanged = false;
+    model->change({"a"}, [&] { isChanged = true; });
+    EXPECT_FALSE(isChanged);
+}
+
+TEST(Observable, MayEndWithItsOwnChange) {
+    auto model = std::make_unique<Model>();
+    Recorder recorder;
+    model->addObserver(&recorder, "a", 1);
+    model->change({"a"}, [&] { model.reset(); });
+    EXPECT_TRUE(recorder.lines.empty());
+}
+
+TEST(Observable, DropsAChangeOfAListWhenAnObserverEndsIt) {
+    for (const bool prior : {true, false}) {
+        auto model = std::make_unique<Model>();
+        Recorder recorder;
+        recorder.reaction = [&] { model.reset(); };
+        model->addObserver(&recorder, "list", 1, prior);
+        bool isChanged = false;
+        model->changeList({2, 1}, [&] { isChanged = true; });
+        EXPECT_EQ(model, nullptr);
+        EXPECT_EQ(isChanged, !prior);
+        const std::string time = prior ? "will" : "did";
+        EXPECT_EQ(recorder.lines, (Lines{time + " list kind 2 at 2+1 (1)"}));
+    }
 }
 
 TEST(Observable, MayEndTogetherWithTheObserverBeingNotified) {
