@@ -29,6 +29,22 @@ IndexRange movedRange(std::size_t from, std::size_t to) {
             static_cast<std::size_t>(std::abs(first - last))};
 }
 
+// An observer that was told before an edit may have edited the list itself: what is left of it is
+// edited then.
+
+template <typename List, typename Member>
+void insertAt(List& members, std::size_t index, Member member) {
+    const std::size_t nearest = std::min(index, members.size());
+    members.insert(members.begin() + static_cast<std::ptrdiff_t>(nearest), std::move(member));
+}
+
+/// Takes the first occurrence out.
+template <typename List, typename Member>
+void takeOut(List& members, const Member& member) {
+    const auto found = std::ranges::find(members, member);
+    if (found != members.end()) members.erase(found);
+}
+
 /// "MzStyle, not one of the rules".
 std::string whyNoMember(const platform::Archivable* object, std::string_view listKey) {
     const std::string_view what = object != nullptr ? object->archiveClassName() : "null";
@@ -78,11 +94,11 @@ template <typename Member>
 template <typename Edit>
 void MzStyleElement<Member>::edit(platform::ChangeKind kind, platform::IndexRange range,
                                   Edit change) {
-    willChange(kind, range, listKey_);
-    auto edited = std::make_shared<Members>(*members_);
-    change(*edited);
-    members_ = std::move(edited);
-    didChange(kind, range, listKey_);
+    changeMembers(kind, range, listKey_, [&] {
+        auto edited = std::make_shared<Members>(*members_);
+        change(*edited);
+        members_ = std::move(edited);
+    });
 }
 
 template <typename Member>
@@ -95,9 +111,8 @@ bool MzStyleElement<Member>::addMember(std::shared_ptr<Member> member, std::size
     if (member == nullptr) return false;
     observe(*member);
     if (index > members_->size()) return false;
-    edit(ChangeKind::Insertion, {index, 1}, [&](Members& members) {
-        members.insert(members.begin() + static_cast<std::ptrdiff_t>(index), member);
-    });
+    edit(ChangeKind::Insertion, {index, 1},
+         [&](Members& members) { insertAt(members, index, member); });
     return true;
 }
 
@@ -109,7 +124,7 @@ bool MzStyleElement<Member>::removeMember(std::shared_ptr<Member> member) {
     const auto index = std::ranges::find(*members_, member) - members_->begin();
     if (static_cast<std::size_t>(index) == members_->size()) return true;
     edit(ChangeKind::Removal, {static_cast<std::size_t>(index), 1},
-         [&](Members& members) { members.erase(members.begin() + index); });
+         [&](Members& members) { takeOut(members, member); });
     return true;
 }
 
@@ -118,9 +133,10 @@ bool MzStyleElement<Member>::moveMemberFromIndex(std::size_t from, std::size_t t
     checkIndex(from, members_->size());
     checkIndex(to, members_->size());
     edit(ChangeKind::Replacement, movedRange(from, to), [&](Members& members) {
+        if (from >= members.size()) return;
         std::shared_ptr<Member> member = std::move(members[from]);
         members.erase(members.begin() + static_cast<std::ptrdiff_t>(from));
-        members.insert(members.begin() + static_cast<std::ptrdiff_t>(to), std::move(member));
+        insertAt(members, to, std::move(member));
     });
     return true;
 }

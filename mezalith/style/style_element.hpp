@@ -22,8 +22,9 @@ namespace mezalith {
 /// change of its own. Observation begins with adding or decoding a member and ends with removing it
 /// or with the element; replacing the whole list leaves it as it is, and a copy observes nothing.
 /// Lists hold no null. They may be edited at any time, also by what the element calls while it
-/// draws or is asked for a hit, which goes on with the list as it was when it began; but not by an
-/// observer that is told before a change of the list.
+/// draws or is asked for a hit, which goes on with the list as it was when it began. An observer
+/// that is told before an edit and edits the list itself comes first: of the edit is done what can
+/// be done with the list then. One that ends the element ends the edit.
 template <typename Member>
 class MEZALITH_EXPORT MzStyleElement : public platform::Observable,
                                        public platform::Observer,

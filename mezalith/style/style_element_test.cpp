@@ -280,6 +280,44 @@ TYPED_TEST(StyleElement, MovesLikeTakingOutAndPuttingBack) {
     EXPECT_TRUE(rc::check("a move takes one member out and puts it back", holds));
 }
 
+// --- edits within edits -----------------------------------------------------------------------
+
+TYPED_TEST(StyleElement, EditsWhatAnObserverOfTheEditLeftOfTheList) {
+    const auto emptied = [this](const auto& edit) {
+        this->element = std::make_shared<typename TypeParam::Element>();
+        this->members.clear();
+        this->fill(3);
+        ObservationRecorder emptying;
+        emptying.reaction = [&] {
+            emptying.reaction = nullptr;
+            TypeParam::setList(*this->element, {});
+        };
+        this->element->addObserver(&emptying, TypeParam::kKey, 1, true);
+        edit();
+        return TypeParam::list(*this->element).size();
+    };
+    EXPECT_EQ(emptied([this] { TypeParam::add(*this->element, this->editing.makeMember()); }), 1U);
+    EXPECT_EQ(emptied([this] { TypeParam::remove(*this->element, this->members[1]); }), 0U);
+    EXPECT_EQ(emptied([this] { TypeParam::move(*this->element, 0, 2); }), 0U);
+}
+
+TYPED_TEST(StyleElement, EndsAnEditWithTheElement) {
+    const auto ended = [this](const auto& edit) {
+        this->element = std::make_shared<typename TypeParam::Element>();
+        this->members.clear();
+        this->fill(3);
+        ObservationRecorder ending;
+        ending.reaction = [this] { this->element.reset(); };
+        this->element->addObserver(&ending, TypeParam::kKey, 1, true);
+        typename TypeParam::Element& edited = *this->element;
+        edit(edited);
+        return ending.lines.size() == 1 && this->element == nullptr;
+    };
+    EXPECT_TRUE(ended([this](auto& e) { TypeParam::add(e, this->editing.makeMember()); }));
+    EXPECT_TRUE(ended([this](auto& e) { TypeParam::remove(e, this->members[1]); }));
+    EXPECT_TRUE(ended([](auto& e) { TypeParam::move(e, 0, 2); }));
+}
+
 // --- observation -----------------------------------------------------------------------------
 
 TYPED_TEST(StyleElement, IgnoresNotificationsOfAnyOtherContext) {
