@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "apps/mezalith/arguments.hpp"
+#include "apps/mezalith/callout_options.hpp"
 #include "apps/mezalith/command_table.hpp"
 #include "apps/mezalith/layer_styles.hpp"
 #include "apps/mezalith/number_query.hpp"
@@ -28,6 +29,7 @@ struct Given {
     std::string output;
     ViewTexts view;
     StyleTexts styles;
+    CalloutTexts callouts;
     bool overwrite = false;
     bool quiet = false;
 };
@@ -95,6 +97,16 @@ host::BoundingBox boundsOfLayers(const Layers& layers) {
     return box;
 }
 
+/// Callouts at the features, which have been drawn, over all of them.
+void drawCallouts(host::MapView& view, const Layers& layers,
+                  std::optional<host::Callouts> callouts) {
+    if (!callouts) return;
+    for (const host::Layer& layer : layers) {
+        for (const auto& feature : layer.features) callouts->show(*feature, view);
+    }
+    view.drawSubviews();
+}
+
 void drawLayers(host::MapView& view, const Layers& layers, LayerStyles& styles, bool quiet) {
     Progress progress(Progress::isWanted(quiet));
     for (const host::Layer& layer : layers) {
@@ -120,6 +132,7 @@ std::optional<host::BoundingBox> areaToRead(host::ViewFrame frame,
 void run(const Given& given) {
     const ViewOptions options = viewOptionsOf(given.view);
     LayerStyles styles(given.styles);
+    const std::optional<host::Callouts> callouts = calloutsOf(given.callouts);
     Picture picture(given.output, given.overwrite, options.size, options.pixelRatio);
     const std::vector<host::Ends> geodesics = geodesicsOf(given.geodesics);
     const Sources sources = openSources(given.sources);
@@ -140,6 +153,7 @@ void run(const Given& given) {
     const platform::GraphicsContext context(&picture.port());
     fillBackground(picture.port(), options.size, *options.background);
     drawLayers(view, layers, styles, given.quiet);
+    drawCallouts(view, layers, callouts);
     picture.finish();
 }
 
@@ -163,6 +177,7 @@ void setUpRender(CLI::App& command) {
         ->take_all();
     addViewOptions(command, given->view);
     addStyleOptions(command, given->styles);
+    addCalloutOptions(command, given->callouts);
     command.add_flag("--quiet", given->quiet, "Show no progress");
     command.callback([given] { run(*given); });
 }
