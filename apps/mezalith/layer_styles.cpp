@@ -3,6 +3,10 @@
 
 #include "apps/mezalith/style_file.hpp"
 #include "apps/mezalith/view_options.hpp"
+#include "host/failure.hpp"
+#include "host/wkb_file.hpp"
+#include <mezalith/platform/images/image_decoder.hpp>
+#include <mezalith/style/image_symbolizer.hpp>
 #include <mezalith/style/line_symbolizer.hpp>
 #include <mezalith/style/point_symbolizer.hpp>
 #include <mezalith/style/polygon_symbolizer.hpp>
@@ -13,13 +17,39 @@ namespace mezalith::app {
 namespace {
 
 using ColorPointer = std::shared_ptr<const platform::Color>;
+using ImagePointer = std::shared_ptr<const platform::Image>;
 
 constexpr char kNothing[] = "none";
 constexpr char kStyleOption[] = "--style";
+constexpr char kIconOption[] = "--icon";
 constexpr float kMarkerSize = 5;
 
 ColorPointer paintArgument(const std::string& name, const std::string& text) {
     return text == kNothing ? nullptr : colorArgument(name, text);
+}
+
+/// "VALUE" or "LAYER=VALUE", for values that are names of files.
+struct FileOfLayer {
+    std::optional<std::string> layer;
+    std::string file;
+
+    explicit FileOfLayer(const std::string& text) {
+        const std::size_t at = text.find('=');
+        if (at != std::string::npos) layer = text.substr(0, at);
+        file = text.substr(at != std::string::npos ? at + 1 : 0);
+    }
+};
+
+ImagePointer readIcon(const std::string& file) {
+    const platform::DecodedImage decoded = platform::decodeImage(host::readFile(file));
+    if (decoded.image == nullptr) throw host::Failure(file, decoded.error);
+    return decoded.image;
+}
+
+double sizeArgument(const std::string& name, const std::string& text) {
+    const double size = numberArgument(name, text);
+    if (!(size > 0)) throw UsageError(name, text + " is no size");
+    return size;
 }
 
 double widthArgument(const std::string& name, const std::string& text) {
@@ -95,6 +125,15 @@ std::shared_ptr<MzSymbolizer> pointSymbolizer(const Paint& paint) {
     return symbolizer;
 }
 
+/// Centred at its point, the longer side as long as the paint says.
+std::shared_ptr<MzSymbolizer> iconSymbolizer(const Paint& paint) {
+    MzSize size = paint.icon->size();
+    const double scale = paint.iconSize.value_or(std::max(size.width, size.height)) /
+                         std::max(size.width, size.height);
+    size = {size.width * scale, size.height * scale};
+    return MzImageSymbolizer::initWithImage(paint.icon, {0.5, 0.5}, 0, size);
+}
+
 std::shared_ptr<MzSymbolizer> symbolizerFor(const Paint& paint, host::Form form) {
     switch (form) {
         case host::Form::Area:
@@ -102,7 +141,7 @@ std::shared_ptr<MzSymbolizer> symbolizerFor(const Paint& paint, host::Form form)
         case host::Form::Line:
             return lineSymbolizer(paint);
         case host::Form::Points:
-            return pointSymbolizer(paint);
+            return paint.icon != nullptr ? iconSymbolizer(paint) : pointSymbolizer(paint);
     }
     return nullptr;
 }
@@ -120,6 +159,10 @@ void addStyleOptions(CLI::App& command, StyleTexts& texts) {
     add("--width", texts.width, "[LAYER:]POINTS", "Width of lines and outlines; repeatable");
     add("--dash", texts.dash, "[LAYER:]A,B,...",
         "Painted and unpainted lengths in turn, or none; repeatable");
+    add(kIconOption, texts.icon, "[LAYER=]FILE",
+        "Picture in place of markers: PNG, JPEG, TIFF, WebP or SVG; repeatable");
+    add("--icon-size", texts.iconSize, "[LAYER:]POINTS",
+        "Longer side of the picture; default its natural size; repeatable");
     add(kStyleOption, texts.style, "[LAYER=]FILE",
         "Style document, .json or .cbor, in place of colours, width and dash; repeatable");
 }
@@ -137,19 +180,27 @@ LayerStyles::LayerStyles(const StyleTexts& texts) {
     take("--stroke", texts.stroke, stroke_, paintArgument);
     take("--width", texts.width, width_, widthArgument);
     take("--dash", texts.dash, dash_, dashArgument);
+    take("--icon-size", texts.iconSize, iconSize_, sizeArgument);
+    readIcons(texts.icon);
     readDocuments(texts.style);
+}
+
+void LayerStyles::readIcons(const std::vector<std::string>& arguments) {
+    for (const std::string& text : arguments) {
+        const FileOfLayer icon(text);
+        icon_[icon.layer] = readIcon(icon.file);
+        argumentOfLayer_.try_emplace(icon.layer, kIconOption);
+    }
 }
 
 void LayerStyles::readDocuments(const std::vector<std::string>& arguments) {
     for (const std::string& text : arguments) {
-        const std::size_t at = text.find('=');
-        const bool isOfLayer = at != std::string::npos;
-        const auto layer = isOfLayer ? std::optional(text.substr(0, at)) : std::nullopt;
+        const auto [layer, file] = FileOfLayer(text);
         const auto argument = argumentOfLayer_.find(layer);
         if (argument != argumentOfLayer_.end() && argument->second != kStyleOption) {
             throw UsageError(argument->second, "--style " + text + " says all of the same layers");
         }
-        documents_[layer] = readStyleFile(isOfLayer ? text.substr(at + 1) : text);
+        documents_[layer] = readStyleFile(file);
         argumentOfLayer_[layer] = kStyleOption;
     }
 }
@@ -175,6 +226,8 @@ Paint LayerStyles::paint(const std::string& layer, host::Form form) const {
     if (const auto* stroke = find(stroke_, layer)) paint.stroke = *stroke;
     if (const auto* width = find(width_, layer)) paint.width = *width;
     if (const auto* dash = find(dash_, layer)) paint.dash = *dash;
+    if (const auto* icon = find(icon_, layer)) paint.icon = *icon;
+    if (const auto* size = find(iconSize_, layer)) paint.iconSize = *size;
     return paint;
 }
 

@@ -3,6 +3,7 @@
 
 #include "apps/mezalith/arguments.hpp"
 #include "host/wkb_walk.hpp"
+#include <mezalith/platform/image.hpp>
 #include <mezalith/style/style.hpp>
 
 #include <map>
@@ -23,6 +24,8 @@ struct StyleTexts {
     std::vector<std::string> stroke{};
     std::vector<std::string> width{};
     std::vector<std::string> dash{};
+    std::vector<std::string> icon{};  ///< "FILE" or "LAYER=FILE" each
+    std::vector<std::string> iconSize{};
     std::vector<std::string> style{};  ///< "FILE" or "LAYER=FILE" each
 };
 
@@ -35,6 +38,8 @@ struct Paint {
     std::shared_ptr<const platform::Color> stroke;
     double width = 0;
     std::vector<double> dash;  ///< painted and unpainted lengths in turn; empty for solid
+    std::shared_ptr<const platform::Image> icon{};  ///< in place of markers, or null
+    std::optional<double> iconSize{};  ///< of the icon's longer side; its own without one
 };
 
 /// The styles of the layers of a map: quiet defaults by form, changed by what the options say of
@@ -42,8 +47,8 @@ struct Paint {
 /// has a style document is drawn by it.
 class LayerStyles {
   public:
-    /// Throws a UsageError for a value that is not to be understood and for a colour, width or dash
-    /// beside a document, both of the same layer or of all; and a host::Failure for a document that
+    /// Throws a UsageError for a value that is not to be understood and for one beside a document,
+    /// both of the same layer or of all; and a host::Failure for a document or a picture that
     /// cannot be read.
     explicit LayerStyles(const StyleTexts& texts);
 
@@ -63,12 +68,15 @@ class LayerStyles {
 
     template <typename T>
     static const T* find(const Values<T>& values, const std::string& layer);
+    void readIcons(const std::vector<std::string>& arguments);
     void readDocuments(const std::vector<std::string>& arguments);
 
     Values<std::shared_ptr<const platform::Color>> fill_;
     Values<std::shared_ptr<const platform::Color>> stroke_;
     Values<double> width_;
     Values<std::vector<double>> dash_;
+    Values<std::shared_ptr<const platform::Image>> icon_;
+    Values<double> iconSize_;
     Values<std::shared_ptr<MzStyle>> documents_;
     Values<std::string> argumentOfLayer_;  ///< the argument that spoke of the layer first
     std::map<std::pair<std::string, host::Form>, std::shared_ptr<MzStyle>> styles_;

@@ -2,6 +2,8 @@
 #include "apps/mezalith/layer_styles.hpp"
 
 #include "host/failure.hpp"
+#include "host/failure_of.hpp"
+#include <mezalith/style/image_symbolizer.hpp>
 #include <mezalith/style/line_symbolizer.hpp>
 #include <mezalith/style/point_symbolizer.hpp>
 #include <mezalith/style/polygon_symbolizer.hpp>
@@ -84,6 +86,35 @@ TEST(LayerStyles, MakeAMarkerOfAPointsPaint) {
     ASSERT_NE(symbolizer, nullptr);
     EXPECT_FALSE(symbolizer->shouldFill());
     EXPECT_TRUE(symbolizer->shouldStroke());
+}
+
+const std::string kIcon = MEZALITH_SOURCE_DIR "/data/map/icons/harbor.jpg";  // 64 x 64
+
+TEST(LayerStyles, PutAPictureInPlaceOfMarkers) {
+    LayerStyles styles({.icon = {kIcon, "land=" MEZALITH_SOURCE_DIR "/data/map/icons/airport.svg"},
+                        .iconSize = {"ports:16"}});
+    const auto natural = symbolizerOf<MzImageSymbolizer>(styles.style("towns", Form::Points));
+    const auto sized = symbolizerOf<MzImageSymbolizer>(styles.style("ports", Form::Points));
+    const auto vector = symbolizerOf<MzImageSymbolizer>(styles.style("land", Form::Points));
+    ASSERT_TRUE(natural && sized && vector);
+    EXPECT_EQ(natural->size().width, 64);
+    EXPECT_EQ(sized->size().width, 16);
+    EXPECT_EQ(sized->size().height, 16);
+    EXPECT_EQ(vector->size().width, 15);
+    EXPECT_EQ(natural->image(), sized->image());
+    EXPECT_EQ(sized->hotSpot().x, 0.5);
+    EXPECT_EQ(sized->hotSpot().y, 0.5);
+    EXPECT_NE(symbolizerOf<MzPolygonSymbolizer>(styles.style("land", Form::Area)), nullptr);
+}
+
+TEST(LayerStyles, SayWhatIsWrongWithPictures) {
+    const std::string bad = MEZALITH_SOURCE_DIR "/README.md";
+    EXPECT_EQ(testing::failureOf([&] { LayerStyles({.icon = {bad}}); }).find(bad + ": "), 0u);
+    EXPECT_EQ(testing::failureOf([] { LayerStyles({.icon = {"a=no.png"}}); }),
+              "no.png: No such file or directory");
+    EXPECT_EQ(usageErrorOf({.icon = {"land=" + kIcon}}, {"sea"}),
+              "--icon: no layer \"land\" on the map");
+    EXPECT_EQ(usageErrorOf({.iconSize = {"0"}}, {}), "--icon-size: 0 is no size");
 }
 
 const std::string kDocument = MEZALITH_SOURCE_DIR "/tests/data/bad/archive/ok-style.json";
