@@ -182,7 +182,7 @@ TEST(ElementReader, WantsItsFormatAndVersion) {
               "line 1, column 1: there is no content");
     EXPECT_EQ(errorOfFile(R"({"format": "mezalith interface", "version": 1, "views": 1})"),
               "line 1, column 48: the key \"views\" is unknown");
-    EXPECT_TRUE(errorOfFile("{,}").starts_with("line 1, column 2: syntax error"));
+    EXPECT_TRUE(errorOfFile("{,}").starts_with("line 1, column 2: unexpected"));
 }
 
 TEST(ElementReader, RefusesWhatIsTooLongTooDeepOrTooMany) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <mezalith/export.hpp>
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -59,7 +61,7 @@ inline constexpr std::string_view kRootKey = "root";
 inline constexpr std::string_view kArraysKey = "arrays";
 
 /// Null when the object has no such key.
-const ArchiveValue* memberOf(const ArchiveObject& object, std::string_view key);
+MEZALITH_EXPORT const ArchiveValue* memberOf(const ArchiveObject& object, std::string_view key);
 
 /// What a value is, for messages: "a text", "the number 1.5".
 std::string kindOf(const ArchiveValue& value);
