@@ -85,6 +85,42 @@ inline double distanceToSegment(MzPoint p, MzPoint a, MzPoint b) {
     return std::hypot(p.x - a.x - dx * share, p.y - a.y - dy * share);
 }
 
+/// `teeth` thin teeth on a bar, counter-clockwise and closed.
+inline Points combRing(int teeth, double depth) {
+    Points points{{0, -0.1}, {static_cast<double>(teeth), -0.1}};
+    for (int i = teeth; i > 0; --i) {
+        points.push_back({i + 0.0, depth});
+        points.push_back({i - 0.4, depth});
+        points.push_back({i - 0.5, 0.1});
+        points.push_back({i - 0.9, 0.1});
+    }
+    points.push_back(points.front());
+    return points;
+}
+
+/// A band wound round the origin, counter-clockwise and closed.
+inline Points spiralRing(int count) {
+    Points inner;
+    Points outer;
+    for (int i = 0; i < count; ++i) {
+        const double angle = 0.4 * i;
+        const double radius = 0.3 + angle / 10;
+        inner.push_back({radius * std::cos(angle), radius * std::sin(angle)});
+        outer.push_back({(radius + 0.3) * std::cos(angle), (radius + 0.3) * std::sin(angle)});
+    }
+    Points points = outer;
+    points.insert(points.end(), inner.rbegin(), inner.rend());
+    points.push_back(points.front());
+    return points;
+}
+
+/// Four arms of this width, counter-clockwise and closed.
+inline Points plusRing(double width) {
+    const double w = width / 2;
+    return {{-w, -1}, {w, -1}, {w, -w}, {1, -w},  {1, w},   {w, w},  {w, 1},
+            {-w, 1},  {-w, w}, {-1, w}, {-1, -w}, {-w, -w}, {-w, -1}};
+}
+
 /// To the nearest point of the ring.
 inline double distanceToRing(MzPoint p, const Points& ring) {
     double least = std::hypot(p.x - ring.front().x, p.y - ring.front().y);
@@ -92,6 +128,26 @@ inline double distanceToRing(MzPoint p, const Points& ring) {
         least = std::min(least, distanceToSegment(p, ring[i], ring[(i + 1) % ring.size()]));
     }
     return least;
+}
+
+inline double distanceToRings(MzPoint p, const Rings& rings) {
+    double least = distanceToRing(p, rings.front());
+    for (const Points& ring : rings) least = std::min(least, distanceToRing(p, ring));
+    return least;
+}
+
+/// Inside an odd number of rings.
+inline bool isInside(MzPoint p, const Rings& rings) {
+    bool inside = false;
+    for (const Points& ring : rings) {
+        for (std::size_t i = 0; i < ring.size(); ++i) {
+            const MzPoint a = ring[i];
+            const MzPoint b = ring[(i + 1) % ring.size()];
+            if ((a.y > p.y) == (b.y > p.y)) continue;
+            if (p.x < a.x + (b.x - a.x) * (p.y - a.y) / (b.y - a.y)) inside = !inside;
+        }
+    }
+    return inside;
 }
 
 }  // namespace mezalith::test

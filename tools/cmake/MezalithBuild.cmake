@@ -28,6 +28,7 @@ target_compile_options(mezalith_options INTERFACE
   $<$<BOOL:${MEZALITH_WERROR}>:-Werror>)
 
 find_package(PkgConfig REQUIRED)
+find_package(Boost REQUIRED)
 find_package(nlohmann_json REQUIRED)
 find_package(pegtl REQUIRED)
 if(MEZALITH_BUILD_TESTS)
