@@ -10,6 +10,7 @@ import json
 import pathlib
 import subprocess
 import sys
+import tempfile
 import unittest
 
 import jsonschema
@@ -51,9 +52,18 @@ class StyleSchema(unittest.TestCase):
 
     def test_holds_for_the_documents_of_the_tree(self):
         files = list((ROOT / "data/styles").rglob("*.json"))
+        self.assertGreater(len(files), 10)
         for file in files:
             self.assertEqual(self.complaints(file.read_text()), [], file)
             self.assertEqual(run("style", "check", str(file))[0], 0, file)
+
+    def test_holds_for_the_document_that_is_explained(self):
+        text = (ROOT / "docs/styles.md").read_text().split("```json\n")[1].split("```")[0]
+        self.assertEqual(self.complaints(text), [])
+        with tempfile.NamedTemporaryFile("w", suffix=".json") as file:
+            file.write(text)
+            file.flush()
+            self.assertEqual(run("style", "check", file.name)[0], 0)
 
     def test_holds_for_what_the_program_writes(self):
         for kind in ("point", "line", "polygon"):
