@@ -27,7 +27,7 @@ void readAll(const Image& image, MzSize size) {
             sum += pixel;
         }
     }
-    volatile std::uint32_t used = sum;
+    const volatile std::uint32_t used = sum;
     static_cast<void>(used);
 }
 

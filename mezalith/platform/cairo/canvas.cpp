@@ -68,6 +68,7 @@ bool isDrawable(const Bitmap& bitmap) {
 /// A surface that shows the bitmap's own pixels. Cairo reads them only, and copies them where it
 /// keeps them.
 SurfaceHandle surfaceOf(const Bitmap& bitmap) {
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): Cairo has one type for both
     auto* pixels = const_cast<std::uint32_t*>(bitmap.pixels.data());
     return SurfaceHandle(cairo_image_surface_create_for_data(
         reinterpret_cast<unsigned char*>(pixels), CAIRO_FORMAT_ARGB32, bitmap.width, bitmap.height,

@@ -35,7 +35,7 @@ void mirror(Bitmap& bitmap) {
 }  // namespace
 
 int exifOrientation(std::span<const std::byte> segment) {
-    std::string_view bytes(reinterpret_cast<const char*>(segment.data()), segment.size());
+    const std::string_view bytes(reinterpret_cast<const char*>(segment.data()), segment.size());
     if (!bytes.starts_with("Exif\0\0"sv)) {
         return 1;
     }

@@ -43,11 +43,11 @@ bool isGradient(const SvgElement& element) {
 /// Whether a style sets the property to anything but "none".
 bool setsProperty(std::string_view style, std::string_view property) {
     constexpr std::string_view beforeName = " \t\r\n;{*/";
-    for (std::size_t at = style.find(property); at != style.npos;
+    for (std::size_t at = style.find(property); at != std::string_view::npos;
          at = style.find(property, at + 1)) {
         std::string_view after = style.substr(at + property.size());
         after.remove_prefix(std::min(after.find_first_not_of(" \t\r\n"), after.size()));
-        const bool isName = at == 0 || beforeName.find(style[at - 1]) != beforeName.npos;
+        const bool isName = at == 0 || beforeName.find(style[at - 1]) != std::string_view::npos;
         if (!isName || !after.starts_with(':')) {
             continue;
         }
@@ -67,7 +67,8 @@ bool hasProperty(const SvgElement& element, std::string_view property) {
 /// What follows each "#" of a text.
 std::vector<std::string_view> namesIn(std::string_view text) {
     std::vector<std::string_view> names;
-    for (std::size_t at = text.find('#'); at != text.npos; at = text.find('#', at + 1)) {
+    for (std::size_t at = text.find('#'); at != std::string_view::npos;
+         at = text.find('#', at + 1)) {
         const std::string_view rest = text.substr(at + 1);
         names.push_back(rest.substr(0, rest.find_first_of(")\"' \t\r\n;,")));
     }
@@ -166,7 +167,8 @@ class Counter {
     /// A style sheet says nothing of how often what it refers to is drawn: only gradients may be.
     std::string styleComplaint() const {
         const std::string_view style = scan_.styleSheets;
-        if (style.find('\\') != style.npos || style.find("@import") != style.npos) {
+        if (style.find('\\') != std::string_view::npos ||
+            style.find("@import") != std::string_view::npos) {
             return "escapes and imports in style sheets are not read";
         }
         if (setsProperty(style, "filter")) {

@@ -89,10 +89,9 @@ std::unique_ptr<TIFF, Close> open(MemoryFile& file, const ImageLimits& limits) {
 /// libtiff's converter to pixels of four bytes, for any file that it understands.
 class Converter {
   public:
-    explicit Converter(TIFF* tiff) {
-        isOpen_ = TIFFRGBAImageOK(tiff, reason_.data()) != 0 &&
-                  TIFFRGBAImageBegin(&image_, tiff, 1, reason_.data()) != 0;
-    }
+    explicit Converter(TIFF* tiff)
+        : isOpen_(TIFFRGBAImageOK(tiff, reason_.data()) != 0 &&
+                  TIFFRGBAImageBegin(&image_, tiff, 1, reason_.data()) != 0) {}
     ~Converter() {
         if (isOpen_) {
             TIFFRGBAImageEnd(&image_);
