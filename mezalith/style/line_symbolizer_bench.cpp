@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <mezalith/style/line_symbolizer.hpp>
+#include <mezalith/style/null_port.hpp>
 #include <mezalith/style/polygon_symbolizer.hpp>
 #include <mezalith/style/testing.hpp>
 
@@ -12,50 +13,10 @@ namespace mezalith {
 namespace {
 
 using platform::Color;
+using testing::NullPort;
 using testing::Points;
 using testing::TestDrawContext;
 using testing::TestFeature;
-
-/// Takes everything and draws nothing.
-class NullPort final : public platform::GraphicsPort {
-  public:
-    void saveState() override {}
-    void restoreState() override {}
-    void translate(double, double) override {}
-    void rotate(double) override {}
-    void scale(double, double) override {}
-    void concat(const platform::AffineTransform&) override {}
-    void setLineWidth(double) override {}
-    void setLineCap(platform::LineCap) override {}
-    void setLineJoin(platform::LineJoin) override {}
-    void setLineDash(double, std::span<const double>) override {}
-    void setStrokeColor(const Color*) override {}
-    void setFillColor(const Color*) override {}
-    void setRGBStrokeColor(double, double, double, double) override {}
-    void setRGBFillColor(double, double, double, double) override {}
-    void setShadow(MzSize, double) override {}
-    void setShadowWithColor(MzSize, double, const Color*) override {}
-    void beginPath() override {}
-    void moveToPoint(double x, double y) override { take({x, y}); }
-    void addLineToPoint(double x, double y) override { take({x, y}); }
-    void addCurveToPoint(double, double, double, double, double, double) override {}
-    void addArcToPoint(double, double, double, double, double) override {}
-    void addEllipseInRect(MzRect) override {}
-    void closeSubpath() override {}
-    void addLines(std::span<const MzPoint> points) override {
-        for (const MzPoint& point : points) take(point);
-    }
-    void clipEvenOdd() override {}
-    void drawPath(platform::PathDrawingMode) override { benchmark::DoNotOptimize(sum_); }
-    std::shared_ptr<platform::Layer> createLayer(MzSize) override { return nullptr; }
-    void drawLayerAtPoint(const platform::Layer*, MzPoint) override {}
-    void drawImageInRect(const platform::Image*, MzRect) override {}
-
-  private:
-    void take(MzPoint point) { sum_ += point.x + point.y; }
-
-    double sum_ = 0;
-};
 
 /// The same walk within the view in every run.
 Points walk(std::int64_t size) {

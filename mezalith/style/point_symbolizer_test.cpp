@@ -4,6 +4,7 @@
 #include <mezalith/platform/cairo/pictures.hpp>
 #include <mezalith/platform/keyed_store.hpp>
 #include <mezalith/platform/observation_recorder.hpp>
+#include <mezalith/style/null_port.hpp>
 #include <mezalith/style/point_symbolizer.hpp>
 #include <mezalith/style/testing.hpp>
 
@@ -889,6 +890,41 @@ TEST(PointSymbolizer, DecodesAnEmptyArchiveToZeros) {
     EXPECT_EQ(point->symbolSize(), 0);
     EXPECT_EQ(point->symbolOpacity(), 0);
     EXPECT_EQ(point->shadow(), nullptr);
+}
+
+// --- ports that cannot do everything
+
+class PortlessLayer : public platform::Layer {
+  public:
+    MzSize size() const override { return {9, 9}; }
+    platform::GraphicsPort* port() override { return nullptr; }
+};
+
+class PortlessLayersPort : public testing::NullPort {
+  public:
+    int layers = 0;
+    int stamps = 0;
+    std::shared_ptr<platform::Layer> createLayer(MzSize) override {
+        ++layers;
+        return std::make_shared<PortlessLayer>();
+    }
+    void drawLayerAtPoint(const platform::Layer* layer, MzPoint) override {
+        stamps += layer != nullptr ? 1 : 0;
+    }
+};
+
+TEST(PointSymbolizer, DrawsOnPortsWithoutLayers) {
+    TestDrawContext context;
+    MzPointSymbolizer point;
+    testing::NullPort none;
+    testing::drawInto(none, point, testing::multiPoint({{1, 2}, {3, 4}}), context, true);
+    EXPECT_EQ(point.theLayer(), nullptr);
+    PortlessLayersPort portless;
+    testing::drawInto(portless, point, testing::multiPoint({{1, 2}, {3, 4}}), context);
+    testing::drawInto(portless, point, testing::multiPoint({{1, 2}}), context);
+    EXPECT_NE(point.theLayer(), nullptr);
+    EXPECT_EQ(portless.layers, 1);
+    EXPECT_EQ(portless.stamps, 3);
 }
 
 }  // namespace
