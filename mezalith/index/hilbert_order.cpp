@@ -22,8 +22,8 @@ constexpr int kAxisBits = 12;
 /// Four steps down the curve at once. How a square is passed is told by two bits: 1 for x and y
 /// exchanged, 2 for both counted backwards. An entry has the eight bits of the key and above them
 /// how the small square is passed.
-constexpr std::array<std::uint16_t, 4 * 256> kFourSteps = [] {
-    std::array<std::uint16_t, 4 * 256> table{};
+constexpr std::array<std::uint16_t, 1024> kFourSteps = [] {
+    std::array<std::uint16_t, 1024> table{};
     for (unsigned entry = 0; entry < table.size(); ++entry) {
         unsigned swapped = entry >> 8 & 1, flipped = entry >> 9, key = 0;
         for (unsigned bit = 4; bit-- > 0;) {

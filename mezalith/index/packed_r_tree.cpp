@@ -330,7 +330,7 @@ std::shared_ptr<MzPackedRTree> MzPackedRTree::initWithBlock(std::span<const std:
                                                             std::shared_ptr<const void> owner,
                                                             const Options& options) {
     Header header;
-    if (bytes.size() < sizeof header || std::bit_cast<std::uintptr_t>(bytes.data()) % 8 != 0) {
+    if (bytes.size() < sizeof header || reinterpret_cast<std::uintptr_t>(bytes.data()) % 8 != 0) {
         return nullptr;
     }
     std::memcpy(&header, bytes.data(), sizeof header);

@@ -6,7 +6,7 @@
 #include <utility>
 
 #if defined(__x86_64__) && defined(__GNUC__)
-#define MEZALITH_X86 1
+#define MEZALITH_X86
 #include <immintrin.h>
 #endif
 
@@ -23,12 +23,12 @@ struct Masks {
 /// Without branches, unlike &&.
 bool all(bool a, bool b, bool c, bool d) { return (a & b & c & d) != 0; }
 
-template <unsigned size>
+template <std::size_t size>
 struct Portable {
     static Masks compareNodes(const float* node, const PackedWindow& w) {
         const float *minX = node, *minY = node + size, *maxX = minY + size, *maxY = maxX + size;
         Masks masks{0, 0};
-        for (unsigned i = 0; i < size; ++i) {
+        for (std::size_t i = 0; i < size; ++i) {
             const bool meets = all(minX[i] <= w.maxXAbove, minY[i] <= w.maxYAbove,
                                    maxX[i] >= w.minXBelow, maxY[i] >= w.minYBelow);
             const bool inside = all(minX[i] >= w.minXAbove, minY[i] >= w.minYAbove,
@@ -41,7 +41,7 @@ struct Portable {
     static std::uint64_t compareItems(const double* node, const MzBox& w, double after) {
         const double *minX = node, *minY = node + size, *maxX = minY + size, *maxY = maxX + size;
         std::uint64_t mask = 0;
-        for (unsigned i = 0; i < size; ++i) {
+        for (std::size_t i = 0; i < size; ++i) {
             const bool meets =
                 all(minX[i] <= w.maxX, minY[i] <= w.maxY, maxX[i] >= w.minX, maxY[i] >= w.minY);
             mask |= std::uint64_t{all(meets, !(minX[i] <= after), true, true)} << i;
@@ -62,7 +62,7 @@ struct Portable {
 #define MEZALITH_AVX2 __attribute__((target("avx2,bmi,popcnt")))
 #define MEZALITH_AVX512 __attribute__((target("avx512f,avx512dq,avx512vl,avx2,bmi,popcnt")))
 
-template <unsigned size>
+template <std::size_t size>
 struct AVX2 {
     MEZALITH_AVX2 static inline std::uint64_t bits(__m256 v) {
         return static_cast<unsigned>(_mm256_movemask_ps(v));
@@ -70,7 +70,7 @@ struct AVX2 {
 
     MEZALITH_AVX2 static inline Masks compareNodes(const float* node, const PackedWindow& w) {
         Masks masks{0, 0};
-        for (unsigned i = 0; i < size; i += 8, node += 8) {
+        for (std::size_t i = 0; i < size; i += 8, node += 8) {
             const __m256 minX = _mm256_loadu_ps(node), minY = _mm256_loadu_ps(node + size);
             const __m256 maxX = _mm256_loadu_ps(node + 2 * size);
             const __m256 maxY = _mm256_loadu_ps(node + 3 * size);
@@ -95,7 +95,7 @@ struct AVX2 {
     MEZALITH_AVX2 static inline std::uint64_t compareItems(const double* node, const MzBox& w,
                                                            double after) {
         std::uint64_t mask = 0;
-        for (unsigned i = 0; i < size; i += 4, node += 4) {
+        for (std::size_t i = 0; i < size; i += 4, node += 4) {
             const __m256d minX = _mm256_loadu_pd(node), minY = _mm256_loadu_pd(node + size);
             const __m256d maxX = _mm256_loadu_pd(node + 2 * size);
             const __m256d maxY = _mm256_loadu_pd(node + 3 * size);
@@ -120,11 +120,11 @@ struct AVX2 {
 
 // --- x86-64 with AVX-512 --------------------------------------------------
 
-template <unsigned size>
+template <std::size_t size>
 struct AVX512 {
     MEZALITH_AVX512 static inline Masks compareNodes(const float* node, const PackedWindow& w) {
         Masks masks{0, 0};
-        for (unsigned i = 0; i < size; i += 16, node += 16) {
+        for (std::size_t i = 0; i < size; i += 16, node += 16) {
             const __m512 minX = _mm512_loadu_ps(node), minY = _mm512_loadu_ps(node + size);
             const __m512 maxX = _mm512_loadu_ps(node + 2 * size);
             const __m512 maxY = _mm512_loadu_ps(node + 3 * size);
@@ -145,7 +145,7 @@ struct AVX512 {
     MEZALITH_AVX512 static inline std::uint64_t compareItems(const double* node, const MzBox& w,
                                                              double after) {
         std::uint64_t mask = 0;
-        for (unsigned i = 0; i < size; i += 8, node += 8) {
+        for (std::size_t i = 0; i < size; i += 8, node += 8) {
             const __m512d minX = _mm512_loadu_pd(node);
             __mmask8 meets = _mm512_cmp_pd_mask(minX, _mm512_set1_pd(w.maxX), _CMP_LE_OQ);
             meets = _mm512_mask_cmp_pd_mask(meets, _mm512_loadu_pd(node + size),
@@ -163,7 +163,7 @@ struct AVX512 {
     MEZALITH_AVX512 static inline std::size_t take(const std::uint32_t* items, std::uint64_t mask,
                                                    std::uint32_t* to) {
         std::size_t count = 0;
-        for (unsigned i = 0; i < size; i += 16, mask >>= 16) {
+        for (std::size_t i = 0; i < size; i += 16, mask >>= 16) {
             const auto bits = static_cast<__mmask16>(mask);
             const __m512i kept = _mm512_maskz_compress_epi32(bits, _mm512_loadu_si512(items + i));
             _mm512_storeu_si512(to + count, kept);
@@ -178,7 +178,7 @@ struct AVX512 {
 // --- the way through the tree ---------------------------------------------
 
 /// Fills the buffer until it may not hold the items of another node, or a long run turns up.
-template <template <unsigned> typename Instructions, unsigned size>
+template <template <std::size_t> typename Instructions, std::size_t size>
 [[gnu::always_inline]] inline void step(PackedSearch& search) {
     using Simd = Instructions<size>;
     const PackedNodes& nodes = search.nodes;
@@ -219,24 +219,24 @@ template <template <unsigned> typename Instructions, unsigned size>
     search.found = count == 0 ? std::exchange(search.pending, {}) : std::span(buffer, count);
 }
 
-template <unsigned size>
+template <std::size_t size>
 void stepPortable(PackedSearch& search) {
     step<Portable, size>(search);
 }
 
 #ifdef MEZALITH_X86
-template <unsigned size>
+template <std::size_t size>
 MEZALITH_AVX2 void stepAVX2(PackedSearch& search) {
     step<AVX2, size>(search);
 }
 
-template <unsigned size>
+template <std::size_t size>
 MEZALITH_AVX512 void stepAVX512(PackedSearch& search) {
     step<AVX512, size>(search);
 }
 #endif
 
-template <unsigned size>
+template <std::size_t size>
 PackedSearch::Step stepWith(PackedInstructions instructions) {
 #ifdef MEZALITH_X86
     const PackedInstructions used = std::min(instructions, bestInstructions());
