@@ -237,14 +237,20 @@ Element readAs(Reader& reader, const ArchiveValue& node, Content content) {
     return contentOf<Content>(reader, node, properties, std::move(content));
 }
 
+StackElement emptyStack(bool isRow) {
+    StackElement stack;
+    stack.isRow = isRow;
+    return stack;
+}
+
 constexpr std::array<Kind, 6> kKinds{
     {{"column",
       [](Reader& reader, const ArchiveValue& node) {
-          return readAs<kStack<false>>(reader, node, StackElement{});
+          return readAs<kStack<false>>(reader, node, emptyStack(false));
       }},
      {"row",
       [](Reader& reader, const ArchiveValue& node) {
-          return readAs<kStack<true>>(reader, node, StackElement{.isRow = true});
+          return readAs<kStack<true>>(reader, node, emptyStack(true));
       }},
      {"label",
       [](Reader& reader, const ArchiveValue& node) {

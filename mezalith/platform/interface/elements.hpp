@@ -34,7 +34,7 @@ struct StackElement {
     double minWidth = 0;
     Alignment alignment = Alignment::Start;
     ColorPointer background{};  ///< null for none
-    std::vector<Element> members{};
+    std::vector<Element> members;
 };
 
 struct LabelElement {
