@@ -271,10 +271,15 @@ class LibraryBackend final : public DataSource::Backend {
             return;
         }
         const auto [west, east] = longitudesToRead(layer, *area);
-        layer.SetSpatialFilterRect(west, area->minY, east, area->maxY);
+        layer.SetSpatialFilterRect(finite(west), finite(area->minY), finite(east),
+                                   finite(area->maxY));
     }
 
   private:
+    /// The limit, or one beyond all coordinates: drivers write it into queries, where no infinity
+    /// can stand.
+    static double finite(double limit) { return std::clamp(limit, -1e9, 1e9); }
+
     void keepLayer(int index, const std::optional<std::string>& wanted) {
         OGRLayer* layer = dataset_->GetLayer(index);
         if (!wanted || *wanted == layer->GetName()) layers_.push_back(layer);

@@ -6,7 +6,7 @@
 namespace mezalith::app {
 namespace {
 
-constexpr std::array<Command, 11> kCommands{{
+constexpr auto kCommands = std::to_array<Command>({
     {"render", "Maps", "Draw a map as PNG, SVG or PDF", setUpRender},
     {"style", "Maps", "Check, convert and begin style documents", setUpStyle},
     {"info", "Data", "Say what a source of map data holds", setUpInfo},
@@ -18,7 +18,9 @@ constexpr std::array<Command, 11> kCommands{{
     {"geodesic", "Geodesy", "Points along the great circle between two points", setUpGeodesic},
     {"destination", "Geodesy", "Point at a distance and bearing from another", setUpDestination},
     {"declination", "Magnetism", "Angle from true to magnetic north, degrees", setUpDeclination},
-}};
+    {"declination-map", "Magnetism", "Draw lines of equal declination over a map",
+     setUpDeclinationMap},
+});
 
 }  // namespace
 

@@ -34,5 +34,6 @@ void setUpMidpoint(CLI::App& command);
 void setUpGeodesic(CLI::App& command);
 void setUpDestination(CLI::App& command);
 void setUpDeclination(CLI::App& command);
+void setUpDeclinationMap(CLI::App& command);
 
 }  // namespace mezalith::app

@@ -4,10 +4,11 @@
 #include <chrono>
 #include <cmath>
 #include <fstream>
+#include <iterator>
 #include <limits>
 #include <numbers>
 #include <random>
-#include <regex>
+#include <sstream>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -49,12 +50,11 @@ struct Sample {
     std::vector<double> numbers;  ///< H X Y Z F, then changes of D and I (minutes), H X Y Z F
 };
 
+/// The numbers between commas.
 std::vector<double> numbersOf(const std::string& text) {
-    static const std::regex kNumber("-?[0-9.]+");
+    std::istringstream stream(text);
     std::vector<double> numbers;
-    for (std::sregex_iterator it(text.begin(), text.end(), kNumber), end; it != end; ++it) {
-        numbers.push_back(std::stod(it->str()));
-    }
+    for (std::string part; std::getline(stream, part, ',');) numbers.push_back(std::stod(part));
     return numbers;
 }
 
@@ -85,27 +85,32 @@ double metresOf(const std::string& text) {
     return std::stod(text.substr(1)) * unit;
 }
 
-/// Degrees and minutes: the minutes carry the sign where the degrees are 0.
+/// "15d" and "-48m": the minutes carry the sign where the degrees are 0.
 double degreesOf(const std::string& degrees, const std::string& minutes) {
     const double whole = std::stod(degrees), part = std::stod(minutes) / 60;
     return whole < 0 ? whole - part : whole + part;
 }
 
+Sample sampleOf(const std::string& line) {
+    std::istringstream stream(line);
+    std::string date, system, altitude, latitude, longitude, d, dMinutes, i, iMinutes;
+    stream >> date >> system >> altitude >> latitude >> longitude >> d >> dMinutes >> i >> iMinutes;
+    return {line,
+            yearOf(date),
+            system == "C",
+            metresOf(altitude),
+            {angleOf(longitude), angleOf(latitude)},
+            {degreesOf(d, dMinutes), degreesOf(i, iMinutes)},
+            {std::istream_iterator<double>(stream), {}}};
+}
+
 std::vector<Sample> samples(const std::string& generation) {
-    static const std::regex kLine(
-        R"((\S+) ([CD]) (\S+) +(\S+) +(\S+) +(-?\d+)d +(-?\d+)m +(-?\d+)d +(-?\d+)m +(.*))");
     std::ifstream file(kSource + "/data/geomag/samples/sample_out_IGRF" + generation + ".txt");
     std::vector<Sample> result;
-    for (std::string line; std::getline(file, line);) {
-        std::smatch match;
-        if (!std::regex_match(line, match, kLine)) continue;
-        result.push_back({line,
-                          yearOf(match[1]),
-                          match[2] == "C",
-                          metresOf(match[3]),
-                          {angleOf(match[5]), angleOf(match[4])},
-                          {degreesOf(match[6], match[7]), degreesOf(match[8], match[9])},
-                          numbersOf(match[10])});
+    std::string line;
+    std::getline(file, line);  // the names of the columns
+    while (std::getline(file, line)) {
+        if (line.find_first_not_of(" \r") != std::string::npos) result.push_back(sampleOf(line));
     }
     return result;
 }
