@@ -211,7 +211,7 @@ bool isClosed(const Layout& layout, int level, const Number* boxes) {
     const std::uint64_t size = layout.nodes.nodeSize();
     for (std::uint64_t i = layout.nodes.slotsAt(level); i < layout.roomAt(level); ++i) {
         const Number minX = boxes[i / size * size * 4 + i % size];
-        if (minX == minX) return false;
+        if (!std::isnan(minX)) return false;
     }
     return true;
 }
@@ -375,13 +375,13 @@ std::vector<std::uint32_t> MzPackedRTree::itemsWrapping(const MzBox& window, dou
 }
 
 std::vector<MzBox> MzPackedRTree::repetitions(MzBox window, double period) const {
-    constexpr double kMostTurns = 64;
+    constexpr int kMostTurns = 64;
     if (period > 0 && window.minX > window.maxX) window.maxX += period;
     if (window.isEmpty() || bounds_.isEmpty()) return {};
     if (!(period > 0) || std::isinf(period)) return {window};
     const MzBox band{-kInf, window.minY, kInf, window.maxY};
     std::vector<MzBox> pieces;
-    for (double turn = -kMostTurns; turn <= kMostTurns; ++turn) {
+    for (int turn = -kMostTurns; turn <= kMostTurns; ++turn) {
         const double shift = turn * period;
         const MzBox piece{window.minX + shift, window.minY, window.maxX + shift, window.maxY};
         if (!pieces.empty() && !(piece.minX > pieces.back().maxX)) return {band};

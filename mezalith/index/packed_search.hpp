@@ -37,8 +37,9 @@ struct PackedNodes {
     std::uint64_t nodeSize() const { return std::uint64_t{1} << shift; }
     /// How many boxes the nodes of a level hold together.
     std::uint64_t slotsAt(int level) const {
-        const unsigned below = shift * static_cast<unsigned>(level);
-        return (count + (std::uint64_t{1} << below) - 1) >> below;
+        std::uint64_t slots = count;
+        for (int below = 0; below < level; ++below) slots = (slots + nodeSize() - 1) >> shift;
+        return slots;
     }
     /// The items of a node of the level and of all nodes below it.
     std::span<const std::uint32_t> itemsBelow(std::uint64_t node, int level) const {
