@@ -271,6 +271,12 @@ TEST(DecodeJPEG, TurnsWhatTheCameraTurned) {
     EXPECT_EQ(upright.row(28)[8], 0xFF000000U);
 }
 
+TEST(DecodeJPEG, RefusesDataThatEndBeforeTheirMarker) {
+    const std::string file = contents(kIcons / "harbor.jpg");
+    const std::string cut = file.substr(0, file.size() / 2) + "\xFF\xD9";
+    EXPECT_EQ(decoded(cut).error, "JPEG: Corrupt JPEG data: premature end of data segment");
+}
+
 TEST(DecodeJPEG, GivesUpOnScansWithoutEnd) {
     const std::string file =
         encodedJPEG(4096, 4096, Samples(4096 * 4096, 99),
@@ -301,6 +307,20 @@ TEST(DecodeTIFF, ReadsStripsAndTilesOfManyKinds) {
         wide.insert(wide.end(), {sample, sample});
     }
     EXPECT_EQ(bitmapOf(encodedTIFF(2, 2, wide, {.bits = 16})).pixels, expected);
+}
+
+TEST(DecodeTIFF, RefusesDamagedData) {
+    Samples noise(16 * 16 * 3);
+    std::uint32_t state = 1;
+    for (std::uint8_t& sample : noise) {
+        state = state * 1664525 + 1013904223;
+        sample = static_cast<std::uint8_t>(state >> 24);
+    }
+    std::string file = encodedTIFF(16, 16, noise, {.compression = COMPRESSION_LZW});
+    EXPECT_NE(decoded(file).image, nullptr);
+    file.replace(200, 40, 40, '\xFF');
+    EXPECT_EQ(decoded(file).image, nullptr);
+    EXPECT_TRUE(decoded(file).error.starts_with("TIFF: ")) << decoded(file).error;
 }
 
 TEST(DecodeTIFF, MixesInks) {

@@ -66,6 +66,16 @@ TEST(DecodeSVG, IsDrawnWithFewerPixelsTheMoreStepsItTakes) {
     EXPECT_LT(image->bitmapForPixelSize({2000, 2000})->width, 500);
 }
 
+TEST(DecodeSVG, IsDrawnWithFewerPixelsTheDeeperItIs) {
+    std::string body;
+    for (int i = 0; i < 240; ++i) {
+        body = "<g>" + body + "</g>";
+    }
+    const auto image = decodedSVG("viewBox='0 0 10 10'", body).image;
+    ASSERT_NE(image, nullptr);
+    EXPECT_LE(image->bitmapForPixelSize({2000, 2000})->width, 1020);
+}
+
 TEST(DecodeSVG, HasNoPixelsForNoPlace) {
     const auto image = decodedSVG("viewBox='0 0 10 10'", kSquare).image;
     const double nan = std::numeric_limits<double>::quiet_NaN();
