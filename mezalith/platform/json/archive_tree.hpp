@@ -27,7 +27,7 @@ using ArchiveObject = std::vector<ArchiveMember>;
 struct ArchiveValue {
     std::variant<std::monostate, bool, std::int64_t, double, std::string, ArchiveBytes, ArchiveList,
                  ArchiveObject>
-        value;
+        value;  // no initialiser: ArchiveMember is not known yet
     std::size_t offset = 0;
 
     template <typename T>

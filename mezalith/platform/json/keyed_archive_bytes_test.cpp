@@ -96,7 +96,7 @@ TEST(KeyedArchiveBytes, GiveBackWhatWasWritten) {
         const auto single = std::bit_cast<float>(static_cast<std::uint32_t>(random()));
         const auto integer = static_cast<std::int32_t>(random());
         const std::string text(random() % 300, 't');
-        const Bytes blob(random() % 70000, std::byte{7});
+        const Bytes blob(random() % (i % 20 == 0 ? 70000 : 300), std::byte{7});
         const Probe probe([&](KeyedArchiver& coder) {
             coder.encodeDouble(number, "number");
             coder.encodeFloat(single, "single");
@@ -206,8 +206,9 @@ TEST(KeyedArchiveBytes, RefuseWhatArchivesDoNotHave) {
 
 TEST(KeyedArchiveBytes, RefuseLengthsThatAreNotThere) {
     const std::size_t size = frame().size();
-    for (const char* hex : {"5bffffffffffffffff", "7bffffffffffffffff", "9bffffffffffffffff",
-                            "bbffffffffffffffff", "5a7fffffff00", "9a00100000", "1901"}) {
+    for (const char* hex :
+         {"5bffffffffffffffff", "7bffffffffffffffff", "9bffffffffffffffff", "bbffffffffffffffff",
+          "5a7fffffff00", "9a00100000", "1901", "41", "61", "4200", "6200"}) {
         const Bytes bytes = frame() + fromHex(hex);
         EXPECT_EQ(errorOf(bytes), "byte " + std::to_string(bytes.size()) +
                                       ": the archive ends here, within a value")

@@ -227,6 +227,19 @@ TEST(KeyedArchiveErrors, AreTheFirstOnes) {
               "line 1, column 79: /root/b: the number 1, not a boolean");
 }
 
+TEST(KeyedArchiveErrors, AreFoundBehindOtherValues) {
+    const auto ask = [](const KeyedUnarchiver& coder) {
+        for (const char* key : {"a", "b", "c"}) coder.containsValueForKey(key);
+        coder.decodeInt("d");
+    };
+    EXPECT_EQ(
+        errorOf(probeDocument("\"a\":{\"x\":{}} ,\"b\":[[],[1.5]]\t,\"c\":-2e0 ,\n \"d\":\"\""),
+                ask),
+        "line 2, column 6: /root/d: a text, not a 32-bit integer");
+    EXPECT_EQ(errorOf(probeDocument(R"("a":{"x":{}},"b":[[{}],[1]],"e":7)"), ask),
+              "line 1, column 94: /root: unknown key \"e\"");
+}
+
 TEST(KeyedArchiveErrors, CanBeAClassesOwn) {
     const auto ask = [](const KeyedUnarchiver& coder) {
         coder.decodeInt("a");
