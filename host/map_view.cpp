@@ -77,11 +77,26 @@ void MapView::addSubview(const std::shared_ptr<platform::View>& view) {
     subviews_.addSubview(view);
 }
 
-void MapView::draw(const Feature& feature, bool selected) {
+std::vector<std::shared_ptr<Feature>> MapView::piecesOf(const Feature& feature) const {
+    std::vector<std::shared_ptr<Feature>> pieces;
     for (const auto& piece : cutter_->cut({feature.form(), feature.geometry()})) {
         fillTransformedBounds(*piece, frame_.projection);
-        feature.withGeometry(piece)->drawInContext(this, selected);
+        pieces.push_back(feature.withGeometry(piece));
     }
+    return pieces;
+}
+
+void MapView::draw(const Feature& feature, bool selected) {
+    for (const auto& piece : piecesOf(feature)) piece->drawInContext(this, selected);
+}
+
+std::optional<MzStyleHit> MapView::hit(const Feature& feature, MzPoint point, bool selected) {
+    const std::shared_ptr<MzStyle> style = feature.style();
+    if (style == nullptr) return std::nullopt;
+    for (const auto& piece : piecesOf(feature)) {
+        if (auto hit = style->hitOfSpatialObject(piece.get(), point, this, selected)) return hit;
+    }
+    return std::nullopt;
 }
 
 }  // namespace mezalith::host

@@ -6,8 +6,11 @@
 #include "host/view_cutter.hpp"
 #include <mezalith/platform/view.hpp>
 #include <mezalith/style/draw_context.hpp>
+#include <mezalith/style/style.hpp>
 
 #include <memory>
+#include <optional>
+#include <vector>
 
 namespace mezalith::host {
 
@@ -53,12 +56,17 @@ class MapView final : public MzDrawContext {
 
     /// Draws what can be seen of the feature into the current graphics port.
     void draw(const Feature& feature, bool selected = false);
+    /// What a click at `point` (view points) hits of the feature, whose style is asked as when it
+    /// is drawn; none without a style.
+    std::optional<MzStyleHit> hit(const Feature& feature, MzPoint point, bool selected = false);
     /// Draws the views that features put into this one, such as callouts, over everything.
     void drawSubviews() { subviews_.display(); }
     /// Holds them; its frame is that of the map, from (0, 0).
     const platform::View& subviews() const { return subviews_; }
 
   private:
+    std::vector<std::shared_ptr<Feature>> piecesOf(const Feature& feature) const;
+
     ViewFrame frame_;
     MzRect bounds_ = MzZeroRect;
     double unitsPerPixel_ = 0;

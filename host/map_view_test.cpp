@@ -8,6 +8,7 @@
 #include <mezalith/platform/recording_port.hpp>
 #include <mezalith/style/bubble_symbolizer.hpp>
 #include <mezalith/style/line_symbolizer.hpp>
+#include <mezalith/style/point_symbolizer.hpp>
 #include <mezalith/style/polygon_symbolizer.hpp>
 #include <mezalith/style/style.hpp>
 
@@ -139,6 +140,36 @@ TEST(MapView, DrawsALineThatComesBackInTwoStrokes) {
     frame.area = {0, 0, 36, 18};
     const auto lines = drawn(frame, polyline({{30, 9}, {60, 9}, {60, 12}, {30, 12}}));
     EXPECT_EQ(std::ranges::count(lines, "drawPath 2"), 2);
+}
+
+Feature place(MzPoint point) {
+    Feature feature(std::make_shared<FeatureRecord>(),
+                    {Form::Points, MzPointGeometry::initWithPoint(point)});
+    feature.setStyle(styleOf<MzPointSymbolizer>());
+    return feature;
+}
+
+TEST(MapView, TellsWhatAClickHits) {
+    MapView view(worldFrame());
+    Feature oslo = place({10.5, 60});  // 3.33 points a degree: at (635, 500)
+    const auto hit = view.hit(oslo, {636, 501});
+    ASSERT_TRUE(hit);
+    EXPECT_EQ(hit->rule, oslo.style()->rules()[0]);
+    EXPECT_EQ(hit->symbolizer, oslo.style()->rules()[0]->symbolizers()[0]);
+    EXPECT_FALSE(view.hit(oslo, {660, 500}));
+    oslo.style()->rules()[0]->setSelectionFilter(1);
+    EXPECT_FALSE(view.hit(oslo, {636, 501}));
+    EXPECT_TRUE(view.hit(oslo, {636, 501}, true));
+    oslo.setStyle(nullptr);
+    EXPECT_FALSE(view.hit(oslo, {636, 501}));
+}
+
+TEST(MapView, HitsWhatTheGlobeShowsAgain) {
+    ViewFrame frame = worldFrame();
+    frame.area = {170, -10, 190, 0};  // 60 points a degree
+    MapView view(frame);
+    EXPECT_TRUE(view.hit(place({-175, -5}), {900, 300}));
+    EXPECT_FALSE(view.hit(place({-165, -5}), {900, 300}));
 }
 
 TEST(MapView, HandsItsScaleFactorOn) {

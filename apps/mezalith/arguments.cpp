@@ -101,4 +101,12 @@ LayerValue layerValue(std::string_view text) {
     return {std::string(text.substr(0, colon)), std::string(text.substr(colon + 1))};
 }
 
+std::shared_ptr<const platform::FormatPredicate> predicateArgument(const std::string& name,
+                                                                   std::string_view text) {
+    platform::PredicateError error;
+    auto predicate = platform::FormatPredicate::predicateWithFormat(text, {}, &error);
+    if (predicate == nullptr) throw UsageError(name, error.message());
+    return predicate;
+}
+
 }  // namespace mezalith::app

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <mezalith/platform/date.hpp>
+#include <mezalith/platform/predicates/format_predicate.hpp>
 
+#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -51,5 +53,9 @@ struct LayerValue {
 
 /// Takes the prefix off at the last colon, so that layer names may hold colons.
 LayerValue layerValue(std::string_view text);
+
+/// `text` as a predicate. `name` is the argument's, for the UsageError that is thrown otherwise.
+std::shared_ptr<const platform::FormatPredicate> predicateArgument(const std::string& name,
+                                                                   std::string_view text);
 
 }  // namespace mezalith::app

@@ -79,6 +79,12 @@ TEST(NumbersArgument, WantsTheRightCount) {
               "--size: \"\" is not a number");
 }
 
+TEST(PredicateArgument, SaysWhereATextIsNone) {
+    EXPECT_EQ(predicateArgument("--where", "a=1")->predicateFormat(), "a == 1");
+    EXPECT_EQ(usageErrorOf([] { predicateArgument("--where", "a is 1"); }),
+              "--where: line 1, column 3: found \"is\", expected a comparison such as == or IN");
+}
+
 TEST(LayerValue, TakesThePrefixOffAtTheLastColon) {
     EXPECT_EQ(layerValue("#fff").layer, std::nullopt);
     EXPECT_EQ(layerValue("#fff").value, "#fff");

@@ -3,7 +3,6 @@
 
 #include "apps/mezalith/arguments.hpp"
 #include "host/failure.hpp"
-#include <mezalith/platform/predicates/format_predicate.hpp>
 
 namespace mezalith::app {
 namespace {
@@ -33,10 +32,7 @@ void addCalloutOptions(CLI::App& command, CalloutTexts& texts) {
 
 std::optional<host::Callouts> calloutsOf(const CalloutTexts& texts) {
     if (texts.condition.empty()) return std::nullopt;
-    platform::PredicateError error;
-    auto condition = platform::FormatPredicate::predicateWithFormat(texts.condition, {}, &error);
-    if (condition == nullptr) throw UsageError("--callout", error.message());
-    return host::Callouts(std::move(condition), cardOf(texts.card));
+    return host::Callouts(predicateArgument("--callout", texts.condition), cardOf(texts.card));
 }
 
 }  // namespace mezalith::app

@@ -8,6 +8,7 @@ namespace {
 
 constexpr auto kCommands = std::to_array<Command>({
     {"render", "Maps", "Draw a map as PNG, SVG or PDF", setUpRender},
+    {"identify", "Maps", "Say which features a click on a map hits", setUpIdentify},
     {"style", "Maps", "Check, convert and begin style documents", setUpStyle},
     {"info", "Data", "Say what a source of map data holds", setUpInfo},
     {"wkb", "Data", "Inspect and convert Well-Known Binary", setUpWKB},

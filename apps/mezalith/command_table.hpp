@@ -24,6 +24,7 @@ inline constexpr char kSourceHelp[] =
     "File of map data, FILE:LAYER for one layer of it, a .wkb file, or PG:... for a database";
 
 void setUpRender(CLI::App& command);
+void setUpIdentify(CLI::App& command);
 void setUpInfo(CLI::App& command);
 void setUpWKB(CLI::App& command);
 void setUpStyle(CLI::App& command);

@@ -5,7 +5,7 @@
 #include <mezalith/style/style.hpp>
 
 #include <algorithm>
-#include <ranges>
+#include <cstddef>
 #include <typeinfo>
 
 namespace mezalith {
@@ -37,19 +37,23 @@ class Pass {
         : object_(object), context_(context), selected_(selected) {}
 
     /// Calls `use` with each symbolizer of the rules that apply, last rule and last symbolizer
-    /// first, until one answers YES. Whether one did.
+    /// first, until one answers YES: that one.
     template <typename Use>
-    bool anyOf(const MzStyle& style, Use use) {
-        if (object_ == nullptr || context_ == nullptr) return false;
+    std::optional<MzStyleHit> firstOf(const MzStyle& style, Use use) {
+        if (object_ == nullptr || context_ == nullptr) return std::nullopt;
         // Filters and symbolizers are the host's and may edit the style.
         const auto rules = style.memberSnapshot();
-        for (const auto& rule : *rules | std::views::reverse) {
+        for (std::size_t i = rules->size(); i-- > 0;) {
+            const std::shared_ptr<MzRule>& rule = (*rules)[i];
             if (!admits(*rule)) continue;
             applied_ = true;
             const auto symbolizers = rule->memberSnapshot();
-            if (std::ranges::any_of(*symbolizers | std::views::reverse, use)) return true;
+            for (std::size_t j = symbolizers->size(); j-- > 0;) {
+                const std::shared_ptr<MzSymbolizer>& symbolizer = (*symbolizers)[j];
+                if (use(symbolizer)) return MzStyleHit{rule, i, symbolizer, j};
+            }
         }
-        return false;
+        return std::nullopt;
     }
 
   private:
@@ -110,7 +114,7 @@ std::shared_ptr<MzStyle> MzStyle::initForGeometry(const MzGeometry* geometry) {
 
 void MzStyle::drawSpatialObject(MzSpatialObjectDrawAdditions* object, MzDrawContext* context,
                                 bool selected) {
-    Pass(object, context, selected).anyOf(*this, [&](const auto& symbolizer) {
+    Pass(object, context, selected).firstOf(*this, [&](const auto& symbolizer) {
         symbolizer->drawSpatialObject(object, context, selected);
         return false;
     });
@@ -118,7 +122,13 @@ void MzStyle::drawSpatialObject(MzSpatialObjectDrawAdditions* object, MzDrawCont
 
 bool MzStyle::isSpatialObject(MzSpatialObjectDrawAdditions* object, MzPoint point,
                               MzDrawContext* context, bool selected) {
-    return Pass(object, context, selected).anyOf(*this, [&](const auto& symbolizer) {
+    return hitOfSpatialObject(object, point, context, selected).has_value();
+}
+
+std::optional<MzStyleHit> MzStyle::hitOfSpatialObject(MzSpatialObjectDrawAdditions* object,
+                                                      MzPoint point, MzDrawContext* context,
+                                                      bool selected) {
+    return Pass(object, context, selected).firstOf(*this, [&](const auto& symbolizer) {
         return symbolizer->isSpatialObject(object, point, context, selected);
     });
 }

@@ -13,10 +13,19 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string_view>
 #include <utility>
 
 namespace mezalith {
+
+/// Which symbolizer of which rule was hit, with their places in the lists.
+struct MEZALITH_EXPORT MzStyleHit {
+    std::shared_ptr<MzRule> rule;
+    std::size_t ruleIndex = 0;
+    std::shared_ptr<MzSymbolizer> symbolizer;
+    std::size_t symbolizerIndex = 0;
+};
 
 /// How a feature is drawn: an ordered list of rules, of which those that apply draw with their
 /// symbolizers.
@@ -77,6 +86,11 @@ class MEZALITH_EXPORT MzStyle : public MzStyleElement<MzRule> {
     /// ends the search. NO for a null object or context.
     virtual bool isSpatialObject(MzSpatialObjectDrawAdditions* object, MzPoint point,
                                  MzDrawContext* context, bool selected);
+    /// The symbolizer that a hit test ends with: the first that answers YES in the order of
+    /// drawing; none when none does.
+    std::optional<MzStyleHit> hitOfSpatialObject(MzSpatialObjectDrawAdditions* object,
+                                                 MzPoint point, MzDrawContext* context,
+                                                 bool selected);
     /// Tells every symbolizer of every rule, in list order, whether it applies or not. Null is
     /// passed on as it is.
     virtual void didRemoveFromContext(MzDrawContext* context, MzSpatialObjectDrawAdditions* object);

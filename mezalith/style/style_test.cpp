@@ -327,6 +327,26 @@ TEST_F(Style, EndsAHitTestAtTheFirstSymbolizerHit) {
     EXPECT_TRUE(hit());
 }
 
+TEST_F(Style, TellsWhichSymbolizerOfWhichRuleWasHit) {
+    addRule("A");
+    const auto rule = addRule("B");
+    const auto below = symbolizer("C");
+    rule->addSymbolizer(below);
+    EXPECT_FALSE(style.hitOfSpatialObject(&feature, {3, 4}, &context, false));
+    first(*style.rules()[0]).isHit = true;
+    below->isHit = true;
+    const auto hit = style.hitOfSpatialObject(&feature, {3, 4}, &context, false);
+    ASSERT_TRUE(hit);
+    EXPECT_EQ(hit->rule, rule);
+    EXPECT_EQ(hit->ruleIndex, 1u);
+    EXPECT_EQ(hit->symbolizer, below);
+    EXPECT_EQ(hit->symbolizerIndex, 1u);
+    below->isHit = false;
+    EXPECT_EQ(style.hitOfSpatialObject(&feature, {3, 4}, &context, false)->ruleIndex, 0u);
+    EXPECT_FALSE(style.hitOfSpatialObject(nullptr, {3, 4}, &context, false));
+    EXPECT_FALSE(style.hitOfSpatialObject(&feature, {3, 4}, nullptr, false));
+}
+
 TEST_F(Style, CountsARuleAsAppliedThatIsNotHit) {
     first(*addRule("else", 2)).isHit = true;
     addRule("A");

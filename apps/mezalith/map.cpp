@@ -1,0 +1,158 @@
+// SPDX-License-Identifier: MIT
+#include "apps/mezalith/map.hpp"
+
+#include "apps/mezalith/arguments.hpp"
+#include "apps/mezalith/command_table.hpp"
+#include "apps/mezalith/number_query.hpp"
+#include "apps/mezalith/progress.hpp"
+#include "host/failure.hpp"
+#include "host/feature_index.hpp"
+
+#include <cstdint>
+#include <cstdio>
+
+namespace mezalith::app {
+namespace {
+
+using Sources = std::vector<std::unique_ptr<host::DataSource>>;
+
+Sources openSources(const std::vector<std::string>& names) {
+    Sources sources;
+    for (const std::string& name : names) {
+        sources.push_back(std::make_unique<host::DataSource>(name));
+    }
+    return sources;
+}
+
+std::vector<host::Ends> geodesicsOf(const std::vector<std::string>& texts) {
+    std::vector<host::Ends> lines;
+    for (const std::string& text : texts) {
+        const auto n = numbersArgument("--geodesic", text, ',', 4, "LON,LAT,LON,LAT");
+        checkLatitude("--geodesic", n[1]);
+        checkLatitude("--geodesic", n[3]);
+        lines.push_back({{n[0], n[1]}, {n[2], n[3]}});
+    }
+    return lines;
+}
+
+void tellWhatIsLeftOut(const std::string& source, const host::Layer& layer) {
+    if (layer.unusable == 0) return;
+    const std::string line = "mezalith: " + source + ": " + layer.name + ": " +
+                             std::to_string(layer.unusable) + " left out, the first being " +
+                             layer.firstReason;
+    std::fprintf(stderr, "%s\n", host::inOneLine(line).c_str());
+}
+
+/// What a view of `area` can show; everything for the view of everything.
+std::optional<host::BoundingBox> areaToRead(host::ViewFrame frame,
+                                            const std::optional<host::BoundingBox>& area) {
+    if (!area) return std::nullopt;
+    frame.area = *area;
+    return host::MapView(frame).seen();
+}
+
+}  // namespace
+
+void addMapOptions(CLI::App& command, MapTexts& texts) {
+    command.add_option("SOURCE", texts.sources, std::string(kSourceHelp) + "; drawn in this order")
+        ->required()
+        ->type_name("");
+    command
+        .add_option("--geodesic", texts.geodesics,
+                    "Great circle to draw over the map, in the layer \"geodesic\"; repeatable")
+        ->type_name("LON,LAT,LON,LAT")
+        ->expected(1)
+        ->take_all();
+    command
+        .add_option("--where", texts.where,
+                    "Take only features of the sources that meet this, such as \"kind == 'land'\"")
+        ->type_name("PREDICATE");
+    command.add_option("--select", texts.select, "Draw features that meet this as selected")
+        ->type_name("PREDICATE");
+    addViewOptions(command, texts.view);
+    addStyleOptions(command, texts.styles);
+    command.add_flag("--quiet", texts.quiet, "Show no progress");
+}
+
+Map::Map(const MapTexts& texts)
+    : sources_(texts.sources),
+      options_(viewOptionsOf(texts.view)),
+      styles_(texts.styles),
+      geodesics_(geodesicsOf(texts.geodesics)),
+      where_(texts.where ? predicateArgument("--where", *texts.where) : nullptr),
+      select_(texts.select ? predicateArgument("--select", *texts.select) : nullptr),
+      quiet_(texts.quiet) {}
+
+bool Map::isSelected(const host::Feature& feature) const {
+    return select_ != nullptr && select_->evaluateWithObject(&feature);
+}
+
+Map::Features Map::featuresInSight(const host::Layer& layer) const {
+    Features features;
+    for (const std::uint32_t place : host::FeatureIndex(layer.features).meeting(view_->seen())) {
+        features.push_back(layer.features[place]);
+    }
+    return features;
+}
+
+host::BoundingBox Map::bounds() const {
+    host::BoundingBox box;
+    for (const host::Layer& layer : layers_) {
+        for (const auto& feature : layer.features) box.add(host::boundsOf(*feature->geometry()));
+    }
+    return box;
+}
+
+void Map::load(double pixelRatio) {
+    host::ViewFrame frame{.projection = options_.projection,
+                          .area = {},
+                          .size = options_.size,
+                          .pixelRatio = pixelRatio,
+                          .scaleFactor = options_.scaleFactor};
+    readLayers(areaToRead(frame, options_.area));
+    frame.area = options_.area.value_or(bounds());
+    if (frame.area.isEmpty()) throw host::Failure(sources_.front(), "there is nothing to draw");
+    view_ = std::make_unique<host::MapView>(frame);
+    layers_.push_back(host::geodesicLayer(geodesics_, *view_));
+    styleLayer(layers_.back());
+}
+
+void Map::readLayers(const std::optional<host::BoundingBox>& area) {
+    const Sources sources = openSources(sources_);
+    std::vector<std::string> names;
+    for (const auto& source : sources) {
+        for (const std::string& name : source->layerNames()) names.push_back(name);
+    }
+    if (!geodesics_.empty()) names.emplace_back(host::kGeodesicLayer);
+    styles_.checkLayers(names);
+    for (std::size_t i = 0; i < sources.size(); ++i) {
+        for (std::size_t j = 0; j < sources[i]->layerNames().size(); ++j) {
+            readLayer(i, *sources[i], j, area);
+        }
+    }
+}
+
+void Map::readLayer(std::size_t source, host::DataSource& data, std::size_t index,
+                    const std::optional<host::BoundingBox>& area) {
+    const std::string task = "reading " + data.layerNames()[index];
+    {
+        Progress progress(Progress::isWanted(quiet_));
+        layers_.push_back(data.read(
+            index, [&](double share) { progress.show(task, share); }, area));
+    }
+    host::Layer& layer = layers_.back();
+    tellWhatIsLeftOut(sources_[source], layer);
+    styleLayer(layer);
+    if (where_ == nullptr) return;
+    std::erase_if(layer.features, [this](const auto& feature) {
+        return !where_->evaluateWithObject(feature.get());
+    });
+}
+
+void Map::styleLayer(host::Layer& layer) {
+    for (const auto& feature : layer.features) {
+        feature->setStyle(styles_.style(layer.name, feature->form()));
+    }
+}
+
+}  // namespace mezalith::app
