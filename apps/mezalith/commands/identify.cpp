@@ -54,7 +54,9 @@ void setUpIdentify(CLI::App& command) {
         ->required()
         ->type_name("X,Y");
     command.add_flag("--json", given->json, "Print one JSON object a line");
-    command.footer("Prints what a click there hits, a feature a line, those on top first.");
+    command.footer(
+        "Prints what a click there hits, a feature a line, those on top first. Markers and\n"
+        "pictures can be hit; lines and areas cannot.");
     command.callback([given] { run(*given); });
 }
 
