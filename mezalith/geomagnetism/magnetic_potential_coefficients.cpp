@@ -143,7 +143,10 @@ class MzMagneticPotentialCoefficients::Reader {
     }
 
     void finishModel() {
-        if (model_ != nullptr) models_[*model_->startDate()] = std::move(model_);
+        if (model_ != nullptr) {
+            const platform::Date start = model_->startDate().value_or(platform::Date());
+            models_[start] = std::move(model_);
+        }
         model_ = nullptr;
     }
 

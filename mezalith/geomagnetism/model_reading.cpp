@@ -53,7 +53,7 @@ class COFReader : LayoutReader {
         const auto epoch = year(fields[1]), first = year(fields[5]), last = year(fields[6]);
         const auto degree = integer(fields[2], 1, MzGeomagneticModel::kMaxDegree);
         const auto rateDegree = integer(fields[3], 0, MzGeomagneticModel::kMaxDegree);
-        if (!failure_.empty()) return false;
+        if (!epoch || !first || !last || !degree || !rateDegree) return false;
         const std::size_t count = MzGeomagneticModel::countToDegree(*degree);
         blocks_.push_back({std::string(fields[0]),
                            {*epoch, *degree, Coefficients(count)},
@@ -72,7 +72,7 @@ class COFReader : LayoutReader {
         const auto order = integer(fields[1], 0, degree.value_or(0));
         const auto g = number(fields[2]), h = number(fields[3]);
         const auto gRate = number(fields[4]), hRate = number(fields[5]);
-        if (!failure_.empty()) return false;
+        if (!degree || !order || !g || !h || !gRate || !hRate) return false;
         const std::size_t index = MzGeomagneticModel::indexOf(*degree, *order);
         if (seen_[index]) return fail("these coefficients came before");
         seen_[index] = true;

@@ -29,6 +29,8 @@ fs::path ownFile() {
 
 std::vector<fs::path> libraryFolders() {
     std::vector<fs::path> folders;
+    // Unsafe only beside one who writes the environment, which the library does not.
+    // NOLINTNEXTLINE(concurrency-mt-unsafe)
     const char* named = std::getenv(ResourceBundle::kVariable);
     if (named != nullptr && *named != '\0') folders.emplace_back(named);
     static const fs::path own = ownFile();
@@ -48,9 +50,9 @@ ResourceBundle::ResourceBundle(std::vector<fs::path> folders) : folders_(std::mo
 
 std::optional<std::string> ResourceBundle::pathForResource(std::string_view name) const {
     for (const fs::path& folder : folders_) {
-        fs::path path = folder / name;
+        const fs::path path = folder / name;
         std::error_code error;
-        if (fs::is_regular_file(path, error)) return std::move(path).string();
+        if (fs::is_regular_file(path, error)) return path.string();
     }
     return std::nullopt;
 }

@@ -56,7 +56,7 @@ class Questions {
             return {{"declination", field_->elementsAt(place, given_->altitude).declination}};
         }
         if (atPole) complaint_ = kAtPole;
-        return components(place, !atPole);
+        return components(*field_, place, !atPole);
     }
 
     void end() const {
@@ -80,9 +80,9 @@ class Questions {
     }
 
     /// Everything, but for the declination where there is none.
-    Answer components(MzPoint place, bool hasDeclination) const {
-        const MzMagneticElements e = field_->elementsAt(place, given_->altitude);
-        const MzMagneticElements d = field_->annualChangeAt(place, given_->altitude);
+    Answer components(const MzGeomagneticField& field, MzPoint place, bool hasDeclination) const {
+        const MzMagneticElements e = field.elementsAt(place, given_->altitude);
+        const MzMagneticElements d = field.annualChangeAt(place, given_->altitude);
         Answer answer;
         if (hasDeclination) answer.emplace_back("declination", e.declination);
         answer.insert(answer.end(), {{"inclination", e.inclination},
