@@ -102,8 +102,7 @@ void FoldedText::foldUnicode(std::string_view text, TextOptions options) {
         return length;
     });
     units = normalized(units, decomposition());
-    // Case folding composes and orders marks anew.
-    if (options.ignoresCase) units = normalized(caseFolded(units), decomposition());
+    if (options.ignoresCase) units = caseFolded(units);
     if (options.ignoresDiacritics) removeMarks(units);
     units = normalized(units, composition());
     fill(folded_, units.size() * 3, [&](char* to, std::int32_t capacity, UErrorCode* error) {

@@ -217,13 +217,13 @@ TEST(PredicateValues, HoldTheEmptyTextEverywhere) {
 }
 
 TEST(PredicateValues, MatchAsAWhole) {
-    for (const char* format :
-         {"'Oslo' MATCHES 'O.*'", "'Oslo' MATCHES '\\\\w+'", "'Å' MATCHES '.'", "'a' MATCHES 'a|b'",
-          "'ab' MATCHES '(?i)AB'", "'x1' MATCHES '[a-z]\\\\d{1,3}'"}) {
+    for (const char* format : {"'Oslo' MATCHES 'O.*'", "'Oslo' MATCHES '\\\\w+'", "'Å' MATCHES '.'",
+                               "'Straße' MATCHES[c] 'STRAßE'", "'a' MATCHES 'a|b'",
+                               "'ab' MATCHES '(?i)AB'", "'x1' MATCHES '[a-z]\\\\d{1,3}'"}) {
         EXPECT_TRUE(meets(Subject(), format)) << format;
     }
     for (const char* format : {"'Oslo' MATCHES 'O'", "'Oslo' MATCHES 'slo'", "'ba' MATCHES 'a|b'",
-                               "'a\\n' MATCHES 'a'"}) {
+                               "'Straße' MATCHES[c] 'strasse'", "'a\\n' MATCHES 'a'"}) {
         EXPECT_FALSE(meets(Subject(), format)) << format;
     }
 }
