@@ -12,6 +12,8 @@ constexpr auto kCommands = std::to_array<Command>({
     {"style", "Maps", "Check, convert and begin style documents", setUpStyle},
     {"info", "Data", "Say what a source of map data holds", setUpInfo},
     {"wkb", "Data", "Inspect and convert Well-Known Binary", setUpWKB},
+    {"medial-axis", "Data", "Find medial axes, deepest points and spines of polygons",
+     setUpMedialAxis},
     {"project", "Geodesy", "Project longitude and latitude, or back", setUpProject},
     {"distance", "Geodesy", "Great-circle distance between two points, metres", setUpDistance},
     {"bearing", "Geodesy", "Initial bearing from one point to another, degrees", setUpBearing},

@@ -31,6 +31,7 @@ void setUpStyle(CLI::App& command);
 void setUpProject(CLI::App& command);
 void setUpDistance(CLI::App& command);
 void setUpBearing(CLI::App& command);
+void setUpMedialAxis(CLI::App& command);
 void setUpMidpoint(CLI::App& command);
 void setUpGeodesic(CLI::App& command);
 void setUpDestination(CLI::App& command);

@@ -69,8 +69,9 @@ class WidestForest {
 
   private:
     struct Walk {
-        std::uint32_t end = 0;  ///< the furthest end of the skeleton, or node where it has none
-        double length = -1;     ///< of the way there
+        std::uint32_t end =
+            0;               ///< the furthest other end of the skeleton, or node where it has none
+        double length = -1;  ///< of the way there
         std::vector<std::uint32_t> arcBefore;
     };
 
@@ -86,12 +87,13 @@ class WidestForest {
         Walk walk;
         walk.end = start;
         walk.arcBefore.assign(arcsOf_.size(), kNone);
+        const auto isGoal = [&](std::uint32_t node) { return isEnd(node) && node != start; };
         std::vector<std::pair<std::uint32_t, double>> pending{{start, 0.0}};
         while (!pending.empty()) {
             const auto [node, length] = pending.back();
             pending.pop_back();
             if (isSeen != nullptr) (*isSeen)[node] = true;
-            if (std::pair(isEnd(node), length) > std::pair(isEnd(walk.end), walk.length)) {
+            if (std::pair(isGoal(node), length) > std::pair(isGoal(walk.end), walk.length)) {
                 walk.end = node;
                 walk.length = length;
             }

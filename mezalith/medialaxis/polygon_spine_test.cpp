@@ -52,6 +52,12 @@ TEST(PolygonSpine, GoesRoundAHoleOnItsWiderSide) {
     }
 }
 
+TEST(PolygonSpine, OfASkeletonWithoutTwoEndsGoesRoundToo) {
+    const Rings oneEnd{{{1, 1}, {11, 1}, {11, 5}, {1, 5}}, {{7, 2}, {9, 2}, {9, 4}, {7, 4}}};
+    EXPECT_EQ(spineOf(oneEnd, 2).size(), 129u);
+    EXPECT_EQ(spineOf({test::square(0, 0, 9), test::square(3, 4, 3)}, 2).size(), 129u);
+}
+
 TEST(PolygonSpine, LiesInsideAndKnowsItsRoom) {
     test::Random random(20261121);
     for (int i = 0; i < 40; ++i) {
