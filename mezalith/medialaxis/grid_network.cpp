@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 
 namespace mezalith::detail {
 
@@ -33,6 +34,8 @@ namespace {
 
 /// Below this, in steps, two nodes are one.
 constexpr double kNear = 1.0 / 16;
+/// By how many steps a vertex of a sound diagram may be beyond what is nearest to it.
+constexpr double kSlack = 1;
 
 MzPoint pointOf(GridPoint p) { return {static_cast<double>(p.x), static_cast<double>(p.y)}; }
 
@@ -62,8 +65,8 @@ class NetworkBuilder {
         std::optional<GridNode> best;
         for (const InnerDiagram::Edge& edge : diagram_.edges()) {
             if (edge.side != Side::Inside) continue;
+            if (!isPossible(edge)) return std::nullopt;
             for (const std::uint32_t vertex : edge.vertices) {
-                if (vertex == kNoVertex) return std::nullopt;
                 const GridNode node = nodeAt(vertex, edge);
                 if (!best || node.clearance > best->clearance) best = node;
             }
@@ -82,6 +85,27 @@ class NetworkBuilder {
         if (!site.isSegment()) return distanceBetween(endOf(site), p);
         const MzPoint along = minus(pointOf(s.high), pointOf(s.low));
         return std::abs(cross(along, minus(p, pointOf(s.low)))) / lengthOf(along);
+    }
+
+    /// Whether the point is over or under a segment, and not beyond an end, where that would be
+    /// nearer; true for a point.
+    bool isBeside(Site site, MzPoint p) const {
+        if (!site.isSegment()) return true;
+        const GridSegment& s = outline_.segments[site.segment()];
+        const MzPoint along = minus(pointOf(s.high), pointOf(s.low));
+        const double length = lengthOf(along);
+        const double place = dot(along, minus(p, pointOf(s.low))) / length;
+        return -kSlack <= place && place <= length + kSlack;
+    }
+
+    /// Whether both ends of an edge are where its sites can be the nearest ones.
+    bool isPossible(const InnerDiagram::Edge& edge) const {
+        for (const std::uint32_t vertex : edge.vertices) {
+            if (vertex == kNoVertex) return false;
+            const MzPoint p{diagram_.vertices()[vertex].x, diagram_.vertices()[vertex].y};
+            if (!isBeside(edge.sites[0], p) || !isBeside(edge.sites[1], p)) return false;
+        }
+        return true;
     }
 
     /// The corner that two segments have in common, or null.
@@ -110,16 +134,17 @@ class NetworkBuilder {
     }
 
     /// One node for each set of vertices that are near each other, in a corner if one of them is;
-    /// false where an edge inside has no end.
+    /// false where the diagram cannot be right.
     bool addNodes() {
         const auto& vertices = diagram_.vertices();
         DisjointSets sets(vertices.size());
         for (const InnerDiagram::Edge& edge : diagram_.edges()) {
             if (edge.side != Side::Inside) continue;
             const auto [a, b] = edge.vertices;
-            if (a == kNoVertex || b == kNoVertex) return false;
+            if (!isPossible(edge)) return false;
             if (isNear(vertices[a], vertices[b])) sets.join(a, b);
         }
+        if (outline_.isTouching) joinCorners(sets);
         nodes_.assign(vertices.size(), kNoVertex);
         network_.nodes.reserve(vertices.size());
         for (const InnerDiagram::Edge& edge : diagram_.edges()) {
@@ -130,6 +155,18 @@ class NetworkBuilder {
             }
         }
         return true;
+    }
+
+    /// Where the outline touches itself, several ends of the network lie in one corner.
+    void joinCorners(DisjointSets& sets) const {
+        std::map<GridPoint, std::uint32_t> vertexIn;
+        for (const InnerDiagram::Edge& edge : diagram_.edges()) {
+            if (edge.side != Side::Inside) continue;
+            for (const std::uint32_t vertex : edge.vertices) {
+                if (nodeAt(vertex, edge).clearance != 0) continue;
+                sets.join(vertex, vertexIn.emplace(*cornerOf(edge), vertex).first->second);
+            }
+        }
     }
 
     void addNode(std::uint32_t set, const GridNode& node) {

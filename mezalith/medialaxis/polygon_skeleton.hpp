@@ -30,8 +30,8 @@ struct MzSkeletonArc {
 };
 
 /// The medial axis of a polygon with holes: the points inside that have more than one nearest point
-/// on the outline, as one network of nodes and arcs for each connected piece of the inside. Its
-/// ends are the convex corners of the outline.
+/// on the outline, as one network of nodes and arcs for each connected piece of the inside,
+/// pieces that end in one corner being connected. Its ends are the convex corners of the outline.
 ///
 /// Inside is what an odd number of rings surround, whichever way they run. Rings may be open,
 /// repeat points, touch and cross themselves and each other. They are brought onto a grid of at
@@ -93,7 +93,7 @@ class MEZALITH_EXPORT MzPolygonSkeleton {
 };
 
 /// The deepest point of a polygon and its clearance, which is what `deepestNode` of its skeleton
-/// says, found faster. Empty for what has no inside.
+/// says, without making that. Empty for what has no inside.
 MEZALITH_EXPORT std::optional<MzSkeletonNode> MzDeepestPoint(const MzPolygon* polygon);
 
 }  // namespace mezalith
