@@ -196,7 +196,7 @@ TEST(MapView, ShowsCalloutsOverEverything) {
     platform::RecordingPort port;
     const platform::GraphicsContext context(&port);
     view.draw(place({30, 0}, MzBubbleSymbolizer::initWithNib("none", {})));
-    EXPECT_TRUE(port.lines().empty());
+    EXPECT_EQ(port.lines(), (std::vector<std::string>{"saveState", "restoreState"}));
     view.drawSubviews();
     EXPECT_TRUE(MzEqualRects(view.subviews().frame(), {{0, 0}, {1200, 600}}));
     EXPECT_NE(std::ranges::find(port.lines(), "translate 675 300"), port.lines().end());

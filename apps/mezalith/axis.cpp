@@ -108,6 +108,7 @@ JsonObject propertiesOf(const char* kind, std::size_t polygon) {
 
 std::vector<MzPoint> pointsOfSpine(const Axis& axis) {
     std::vector<MzPoint> points;
+    points.reserve(axis.spine.size());
     for (const MzSkeletonNode& node : axis.spine) points.push_back(node.point);
     return points;
 }
@@ -214,6 +215,7 @@ std::string geoJSONOf(const Axis& axis, std::size_t polygon) {
 
 std::vector<std::shared_ptr<host::Feature>> featuresOf(const Axis& axis, bool showsCircle) {
     std::vector<std::shared_ptr<host::Feature>> features;
+    features.reserve(axis.arcs.size() + 2);
     for (const MzSkeletonArc& arc : axis.arcs) {
         features.push_back(lineFeature("axis", axis.pointsOf(arc)));
     }

@@ -103,6 +103,8 @@ class InnerDiagram {
     static constexpr Handle kOutside = 4;
     static constexpr Handle kFirst = 6;
 
+    // The diagram carries what it is given without looking at it.
+    // NOLINTNEXTLINE(performance-no-int-to-ptr)
     static void* toPointer(Handle handle) { return reinterpret_cast<void*>(handle); }
     static Handle toHandle(void* data) { return reinterpret_cast<Handle>(data); }
     static bool isKept(Handle handle) { return handle >= kFirst; }
