@@ -89,11 +89,10 @@ std::vector<std::shared_ptr<Feature>> MapView::piecesOf(const Feature& feature) 
 void MapView::draw(const Feature& feature, bool selected) {
     const platform::GraphicsContext* context = platform::GraphicsContext::current();
     platform::GraphicsPort* const port = context != nullptr ? context->graphicsPort() : nullptr;
-    if (port == nullptr) return;
     // Symbolizers leave shadows and strokes set, which are not for the next feature.
-    port->saveState();
+    if (port != nullptr) port->saveState();
     for (const auto& piece : piecesOf(feature)) piece->drawInContext(this, selected);
-    port->restoreState();
+    if (port != nullptr) port->restoreState();
 }
 
 std::optional<MzStyleHit> MapView::hit(const Feature& feature, MzPoint point, bool selected) {

@@ -59,7 +59,10 @@ std::vector<std::string> drawn(const ViewFrame& frame, const Feature& feature) {
     platform::RecordingPort port;
     const platform::GraphicsContext context(&port);
     view.draw(feature);
-    return port.lines();
+    std::vector<std::string> lines = port.lines();
+    EXPECT_EQ(lines.front(), "saveState");
+    EXPECT_EQ(lines.back(), "restoreState");
+    return {lines.begin() + 1, lines.end() - 1};
 }
 
 TEST(MapView, ShowsTheWorldFromEdgeToEdge) {

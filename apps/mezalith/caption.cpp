@@ -24,7 +24,7 @@ MzRect boxOf(const Caption& caption, MzSize size) {
 MzRect captionBox(const Caption& caption) { return boxOf(caption, outlineOf(caption).size); }
 
 void drawCaption(platform::GraphicsPort& port, const Caption& caption) {
-    platform::TextOutline outline = outlineOf(caption);
+    const platform::TextOutline outline = outlineOf(caption);
     const MzPoint origin = boxOf(caption, outline.size).origin;
     port.saveState();
     port.translate(origin.x, origin.y);

@@ -174,6 +174,7 @@ std::vector<MzPoint> smoothed(const std::vector<MzSkeletonNode>& line) {
     constexpr double kMost = 0.75;
     constexpr int kRounds = 64;
     std::vector<MzPoint> points;
+    points.reserve(line.size());
     for (const MzSkeletonNode& node : line) points.push_back(node.point);
     std::vector<MzPoint> moved = points;
     for (int round = 0; round < kRounds; ++round) {
@@ -193,6 +194,7 @@ std::vector<MzPoint> smoothed(const std::vector<MzSkeletonNode>& line) {
 std::vector<MzSkeletonNode> withClearances(const std::vector<MzPoint>& points,
                                            const MzPolygon* polygon) {
     std::vector<MzSkeletonNode> nodes;
+    nodes.reserve(points.size());
     for (const MzPoint p : points) nodes.push_back({p, distanceToOutline(p, polygon)});
     return nodes;
 }

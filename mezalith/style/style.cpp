@@ -127,7 +127,7 @@ bool MzStyle::isSpatialObject(MzSpatialObjectDrawAdditions* object, MzPoint poin
 
 std::optional<MzStyleHit> MzStyle::hitOfSpatialObject(MzSpatialObjectDrawAdditions* object,
                                                       MzPoint point, MzDrawContext* context,
-                                                      bool selected) {
+                                                      bool selected) const {
     return Pass(object, context, selected).firstOf(*this, [&](const auto& symbolizer) {
         return symbolizer->isSpatialObject(object, point, context, selected);
     });

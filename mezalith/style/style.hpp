@@ -90,7 +90,7 @@ class MEZALITH_EXPORT MzStyle : public MzStyleElement<MzRule> {
     /// drawing; none when none does.
     std::optional<MzStyleHit> hitOfSpatialObject(MzSpatialObjectDrawAdditions* object,
                                                  MzPoint point, MzDrawContext* context,
-                                                 bool selected);
+                                                 bool selected) const;
     /// Tells every symbolizer of every rule, in list order, whether it applies or not. Null is
     /// passed on as it is.
     virtual void didRemoveFromContext(MzDrawContext* context, MzSpatialObjectDrawAdditions* object);

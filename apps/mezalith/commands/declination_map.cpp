@@ -71,6 +71,7 @@ void clipToMap(platform::GraphicsPort& port, MzSize size) {
 
 std::vector<double> levelsOf(const std::vector<Isogon>& isogons) {
     std::vector<double> levels;
+    levels.reserve(isogons.size());
     for (const Isogon& isogon : isogons) levels.push_back(isogon.level);
     return levels;
 }

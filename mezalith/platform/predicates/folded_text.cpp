@@ -68,7 +68,7 @@ void removeMarks(Units& text) {
     for (std::size_t i = 0; i < text.size();) {
         const std::size_t start = i;
         UChar32 character = 0;
-        U16_NEXT(text.data(), i, text.size(), character);
+        U16_NEXT(text, i, text.size(), character);
         if (u_charType(character) == U_NON_SPACING_MARK) continue;
         std::copy(text.data() + start, text.data() + i, text.data() + kept);
         kept += i - start;
