@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cassert>
 #include <cmath>
+#include <cstring>
 #include <utility>
 
 namespace mezalith::platform::detail {
@@ -65,14 +66,15 @@ bool isDrawable(const Bitmap& bitmap) {
            bitmap.height <= Image::largestSide;
 }
 
-/// A surface that shows the bitmap's own pixels. Cairo reads them only, and copies them where it
-/// keeps them.
+/// A surface of its own with the bitmap's pixels: recordings keep it longer than the bitmap lives.
 SurfaceHandle surfaceOf(const Bitmap& bitmap) {
-    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): Cairo has one type for both
-    auto* pixels = const_cast<std::uint32_t*>(bitmap.pixels.data());
-    return SurfaceHandle(cairo_image_surface_create_for_data(
-        reinterpret_cast<unsigned char*>(pixels), CAIRO_FORMAT_ARGB32, bitmap.width, bitmap.height,
-        bitmap.width * static_cast<int>(sizeof(std::uint32_t))));
+    SurfaceHandle surface(
+        cairo_image_surface_create(CAIRO_FORMAT_ARGB32, bitmap.width, bitmap.height));
+    unsigned char* const data = cairo_image_surface_get_data(surface.get());
+    if (data == nullptr) return surface;
+    std::memcpy(data, bitmap.pixels.data(), bitmap.pixels.size() * sizeof(std::uint32_t));
+    cairo_surface_mark_dirty(surface.get());
+    return surface;
 }
 
 /// Documents hold a picture as it is and leave its edge to those who show it.
