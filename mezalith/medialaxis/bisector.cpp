@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "mezalith/geometry/plane_vector.hpp"
 #include "mezalith/medialaxis/object_text.hpp"
-#include "mezalith/medialaxis/plane_vector.hpp"
 #include "mezalith/medialaxis/preferred_root.hpp"
 #include <mezalith/medialaxis/bisector.hpp>
 #include <mezalith/medialaxis/curve_intersection.hpp>

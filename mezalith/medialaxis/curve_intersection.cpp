@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "mezalith/medialaxis/plane_vector.hpp"
+#include "mezalith/geometry/plane_vector.hpp"
 #include "mezalith/medialaxis/preferred_root.hpp"
 #include "mezalith/medialaxis/truncated_logarithm.hpp"
 #include <mezalith/medialaxis/curve_intersection.hpp>

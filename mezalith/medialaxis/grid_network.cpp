@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include "mezalith/geometry/plane_vector.hpp"
 #include "mezalith/medialaxis/disjoint_sets.hpp"
 #include "mezalith/medialaxis/inner_diagram.hpp"
-#include "mezalith/medialaxis/plane_vector.hpp"
 #include <mezalith/medialaxis/grid_network.hpp>
 
 #include <algorithm>

@@ -8,14 +8,8 @@
 namespace mezalith::detail {
 namespace {
 
-GridOutline outlineOf(const test::Rings& rings) {
-    test::OwnedPolygon owned(rings);
-    const MzPolygon polygon = owned.record();
-    return gridOutlineOf(&polygon);
-}
-
 TEST(GridNetwork, OfASquareIsFourArcs) {
-    const auto network = gridNetworkOf(outlineOf({test::square(0, 0, 4)}));
+    const auto network = gridNetworkOf(test::outlineOf({test::square(0, 0, 4)}));
     ASSERT_TRUE(network);
     EXPECT_EQ(network->nodes.size(), 5u);
     EXPECT_EQ(network->arcs.size(), 4u);
@@ -31,7 +25,7 @@ TEST(GridNetwork, OfNothingIsNothing) {
 TEST(GridNetwork, FindsTheDeepestNodeOfTheNetwork) {
     test::Random random(20261121);
     for (int i = 0; i < 50; ++i) {
-        const GridOutline outline = outlineOf({test::starRing(random, 5 + i, 0.4)});
+        const GridOutline outline = test::outlineOf({test::starRing(random, 5 + i, 0.4)});
         const auto network = gridNetworkOf(outline);
         const auto deepest = deepestNodeOf(outline);
         ASSERT_TRUE(network && deepest);
@@ -43,7 +37,7 @@ TEST(GridNetwork, FindsTheDeepestNodeOfTheNetwork) {
 
 // With its sides the wrong way round, the inside has no end.
 TEST(GridNetwork, GivesNoAnswerWhereTheDiagramDoesNotEnd) {
-    GridOutline outline = outlineOf({test::plusRing(0.4)});
+    GridOutline outline = test::outlineOf({test::plusRing(0.4)});
     for (GridSegment& s : outline.segments) s.isInteriorAbove = !s.isInteriorAbove;
     EXPECT_FALSE(gridNetworkOf(outline));
 }

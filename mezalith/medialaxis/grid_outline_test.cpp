@@ -10,12 +10,6 @@
 namespace mezalith::detail {
 namespace {
 
-GridOutline outlineOf(const test::Rings& rings) {
-    test::OwnedPolygon owned(rings);
-    const MzPolygon polygon = owned.record();
-    return gridOutlineOf(&polygon);
-}
-
 TEST(GridOutline, TurnIsExact) {
     constexpr std::int32_t kEnd = 2147483647;
     EXPECT_EQ(turn({0, 0}, {1, 0}, {1, 1}), 1);
@@ -43,7 +37,7 @@ TEST(GridOutline, KnowsWhatMeets) {
 
 TEST(GridOutline, HasAtLeast2To31StepsOverThePolygon) {
     for (const double size : {1e-200, 1e-6, 0.99, 1.0, 3.0, 1e7, 1e308}) {
-        const GridOutline outline = outlineOf({test::square(0, 0, size)});
+        const GridOutline outline = test::outlineOf({test::square(0, 0, size)});
         EXPECT_GE(size / outline.step, 0x1p31) << size;
         EXPECT_LE(size / outline.step, 0x1p32) << size;
         EXPECT_EQ(outline.segments.size(), 4u);
@@ -51,7 +45,7 @@ TEST(GridOutline, HasAtLeast2To31StepsOverThePolygon) {
 }
 
 TEST(GridOutline, KeepsWholeNumbersExact) {
-    const GridOutline outline = outlineOf({{{1, 1}, {9, 1}, {9, 4}, {4, 9}}});
+    const GridOutline outline = test::outlineOf({{{1, 1}, {9, 1}, {9, 4}, {4, 9}}});
     int found = 0;
     for (const GridSegment& s : outline.segments) {
         const MzPoint p = outline.placeOf(s.low.x, s.low.y);
@@ -78,28 +72,31 @@ TEST(GridOutline, LeavesOutWhatSaysNothing) {
                            {0, 0}},
                           {{1, 1}, {2, 2}},
                           {}};
-    EXPECT_EQ(outlineOf(odd).segments.size(), 4u);
+    EXPECT_EQ(test::outlineOf(odd).segments.size(), 4u);
 }
 
 TEST(GridOutline, DropsCornersThatAreStraightAtTheSeamToo) {
-    EXPECT_EQ(outlineOf({{{2, 0}, {4, 0}, {4, 4}, {0, 4}, {0, 0}, {1, 0}}}).segments.size(), 4u);
-    EXPECT_EQ(outlineOf({{{2, 0}, {4, 0}, {4, 4}, {0, 4}, {0, 0}, {2, 0}}}).segments.size(), 4u);
+    EXPECT_EQ(test::outlineOf({{{2, 0}, {4, 0}, {4, 4}, {0, 4}, {0, 0}, {1, 0}}}).segments.size(),
+              4u);
+    EXPECT_EQ(test::outlineOf({{{2, 0}, {4, 0}, {4, 4}, {0, 4}, {0, 0}, {2, 0}}}).segments.size(),
+              4u);
 }
 
 TEST(GridOutline, OfNothingIsEmpty) {
     EXPECT_TRUE(gridOutlineOf(nullptr).segments.empty());
-    EXPECT_TRUE(outlineOf({}).segments.empty());
-    EXPECT_TRUE(outlineOf({{{1, 1}, {1, 1}, {1, 1}}}).segments.empty());
-    EXPECT_TRUE(outlineOf({{{0, 0}, {4, 4}, {2, 2}, {0, 0}}}).segments.empty());
-    EXPECT_TRUE(outlineOf({test::square(0, 0, 4), test::square(0, 0, 4)}).segments.empty());
+    EXPECT_TRUE(test::outlineOf({}).segments.empty());
+    EXPECT_TRUE(test::outlineOf({{{1, 1}, {1, 1}, {1, 1}}}).segments.empty());
+    EXPECT_TRUE(test::outlineOf({{{0, 0}, {4, 4}, {2, 2}, {0, 0}}}).segments.empty());
+    EXPECT_TRUE(test::outlineOf({test::square(0, 0, 4), test::square(0, 0, 4)}).segments.empty());
 }
 
 TEST(GridOutline, PartsRingsThatCross) {
-    EXPECT_EQ(outlineOf({{{0, 0}, {4, 4}, {4, 0}, {0, 4}}}).segments.size(), 6u);
-    EXPECT_EQ(outlineOf({test::square(0, 0, 4), test::square(2, 1, 4)}).segments.size(), 12u);
+    EXPECT_EQ(test::outlineOf({{{0, 0}, {4, 4}, {4, 0}, {0, 4}}}).segments.size(), 6u);
+    EXPECT_EQ(test::outlineOf({test::square(0, 0, 4), test::square(2, 1, 4)}).segments.size(), 12u);
     // A spike of no width.
-    EXPECT_EQ(outlineOf({{{0, 0}, {4, 0}, {4, 2}, {8, 2}, {4, 2}, {4, 4}, {0, 4}}}).segments.size(),
-              5u);
+    EXPECT_EQ(
+        test::outlineOf({{{0, 0}, {4, 0}, {4, 2}, {8, 2}, {4, 2}, {4, 4}, {0, 4}}}).segments.size(),
+        5u);
 }
 
 }  // namespace

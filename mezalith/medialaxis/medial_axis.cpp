@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "mezalith/geometry/plane_vector.hpp"
 #include "mezalith/medialaxis/object_text.hpp"
-#include "mezalith/medialaxis/plane_vector.hpp"
 #include <mezalith/medialaxis/medial_axis.hpp>
 #include <mezalith/medialaxis/ring_component.hpp>
 #include <mezalith/platform/bezier_path.hpp>

@@ -101,7 +101,7 @@ class Sweep {
         }
         const auto beginnings = std::ranges::find_if(events, &Event::isBeginning);
         const auto ends = static_cast<std::size_t>(beginnings - events.begin());
-        Place above = status_.end();
+        auto above = status_.end();
         if (ends == 0) {
             const GridPoint p = segments_[events[0].index()].low;
             above = status_.lower_bound(p);
@@ -127,7 +127,7 @@ class Sweep {
     /// unless others meet there.
     bool endAll(Events events, Place& above) {
         const GridPoint p = segments_[events[0].index()].high;
-        Place first = places_[events[0].index()];
+        auto first = places_[events[0].index()];
         while (first != status_.begin() && segmentAt(std::prev(first)).high == p) --first;
         std::size_t count = 0;
         above = first;
@@ -149,8 +149,8 @@ class Sweep {
             if (!Below{segments_}(item(begun_[i - 1]), item(begun_[i]))) return false;
         }
         bool isInside = above != status_.begin() && segmentAt(std::prev(above)).isInteriorAbove;
-        for (std::size_t i = 0; i < begun_.size(); ++i) {
-            const Index index = begun_[i].index();
+        for (const Event& event : begun_) {
+            const Index index = event.index();
             isInside = !isInside;
             segments_[index].isInteriorAbove = isInside;
             places_[index] = status_.emplace_hint(above, Item{index});

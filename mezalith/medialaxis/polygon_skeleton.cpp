@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "mezalith/medialaxis/plane_vector.hpp"
+#include "mezalith/geometry/plane_vector.hpp"
 #include <mezalith/medialaxis/grid_network.hpp>
 #include <mezalith/medialaxis/grid_outline.hpp>
 #include <mezalith/medialaxis/polygon_skeleton.hpp>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "mezalith/geometry/plane_vector.hpp"
 #include "mezalith/medialaxis/disjoint_sets.hpp"
-#include "mezalith/medialaxis/plane_vector.hpp"
 #include <mezalith/medialaxis/polygon_spine.hpp>
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "mezalith/geometry/plane_vector.hpp"
 #include "mezalith/medialaxis/object_text.hpp"
-#include "mezalith/medialaxis/plane_vector.hpp"
 #include "mezalith/medialaxis/truncated_logarithm.hpp"
 #include <mezalith/geometry/polygon_functions.hpp>
 #include <mezalith/medialaxis/ring_component.hpp>

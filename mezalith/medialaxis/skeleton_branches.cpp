@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <queue>
+#include <ranges>
 #include <utility>
 
 namespace mezalith::detail {
@@ -70,14 +71,14 @@ std::vector<bool> SkeletonBranches::kept(
     const auto& nodes = skeleton_.nodes();
     std::vector<bool> stays(skeleton_.arcs().size(), true);
     std::vector<bool> isNodeGone(nodes.size());
-    for (auto burning = burnings_.rbegin(); burning != burnings_.rend(); ++burning) {
-        const std::uint32_t inner = burning->inner;
+    for (const Burning& burning : std::views::reverse(burnings_)) {
+        const std::uint32_t inner = burning.inner;
         const bool isFork = firstArcs_[inner + 1] - firstArcs_[inner] > 2;
-        if (!isNodeGone[inner] && (!isFork || isKept(burning->reach, nodes[inner].clearance))) {
+        if (!isNodeGone[inner] && (!isFork || isKept(burning.reach, nodes[inner].clearance))) {
             continue;
         }
-        const MzSkeletonArc& arc = skeleton_.arcs()[burning->arc];
-        stays[burning->arc] = false;
+        const MzSkeletonArc& arc = skeleton_.arcs()[burning.arc];
+        stays[burning.arc] = false;
         isNodeGone[arc.start == inner ? arc.end : arc.start] = true;
     }
     return stays;

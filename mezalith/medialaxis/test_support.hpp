@@ -2,6 +2,7 @@
 #pragma once
 
 #include "mezalith/geometry/test_support.hpp"
+#include <mezalith/medialaxis/grid_outline.hpp>
 #include <mezalith/platform/log.hpp>
 
 #include <algorithm>
@@ -148,6 +149,12 @@ inline bool isInside(MzPoint p, const Rings& rings) {
         }
     }
     return inside;
+}
+
+inline detail::GridOutline outlineOf(const Rings& rings) {
+    OwnedPolygon owned(rings);
+    const MzPolygon polygon = owned.record();
+    return detail::gridOutlineOf(&polygon);
 }
 
 }  // namespace mezalith::test

@@ -9,12 +9,13 @@ namespace mezalith {
 
 namespace {
 
-/// Around the content, inside the body.
-constexpr double kPadding = 10;
-/// Where the body stands in the bubble view, which leaves a point for the outline at every side;
-/// below it is the stem.
+/// What the body adds to the content: 10 points of padding at every side.
+constexpr MzSize kPadding{20, 20};
+/// What the view adds to the content: the padding, a point for the outline at every side, and the
+/// stem's 25 points below. Added at once, because a sum of the parts may round otherwise.
+constexpr MzSize kMargins{22, 47};
 constexpr MzPoint kBodyOrigin{1, 26};
-constexpr double kOutline = 1;
+constexpr MzPoint kContentOrigin{11, 36};
 constexpr MzPoint kStemOrigin{25, 0};
 
 }  // namespace
@@ -35,14 +36,14 @@ std::shared_ptr<MzBubbleSymbolizer> MzBubbleSymbolizer::initWithNib(
 void MzBubbleSymbolizer::loadContent(std::string_view name) {
     view_ = platform::InterfaceFile::load(name, *this);
     const MzSize content = view_ != nullptr ? view_->frame().size : MzSize{0, 0};
-    const MzSize body{content.width + 2 * kPadding, content.height + 2 * kPadding};
     bubbleView_ = std::make_shared<MzBubbleView>(
-        MzRect{{0, 0}, {body.width + 2 * kOutline, body.height + kBodyOrigin.y + kOutline}});
-    bubbleView_->setBubbleRect({kBodyOrigin, body});
+        MzRect{{0, 0}, {content.width + kMargins.width, content.height + kMargins.height}});
+    bubbleView_->setBubbleRect(
+        {kBodyOrigin, {content.width + kPadding.width, content.height + kPadding.height}});
     bubbleView_->setStemOrigin(kStemOrigin);
     if (view_ == nullptr) return;
     bubbleView_->addSubview(view_);
-    view_->setFrameOrigin({kBodyOrigin.x + kPadding, kBodyOrigin.y + kPadding});
+    view_->setFrameOrigin(kContentOrigin);
 }
 
 void MzBubbleSymbolizer::setOffset(MzPoint offset) {

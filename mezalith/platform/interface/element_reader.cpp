@@ -77,7 +77,7 @@ class Reader {
     }
 
     std::string text(const ArchiveValue& node) {
-        const std::string value = textOf(node);
+        std::string value = textOf(node);
         if (node.as<std::string>() == nullptr) fail(node, "a text belongs here");
         if (value.size() > longestText) {
             fail(node, "a text of more than " + std::to_string(longestText) + " bytes");
@@ -347,7 +347,8 @@ Element Reader::document(const ArchiveValue& node) {
     }
     const ArchiveValue* const content = memberOf(members, kContentKey);
     if (content == nullptr) fail(node, "there is no content");
-    return error_.empty() ? element(*content) : Element{};
+    const bool isComplete = content != nullptr && error_.empty();
+    return isComplete ? element(*content) : Element{};
 }
 
 }  // namespace
