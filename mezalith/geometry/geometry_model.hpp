@@ -113,7 +113,7 @@ inline bool isSame(const MzGeometryRecord& record, const Model& model) {
     }
 }
 
-/// How `write` writes: the bytes of other dimensions are of any kind.
+/// How `write` writes.
 struct Dialect {
     bool hasZ = false;
     bool hasM = false;
@@ -129,7 +129,7 @@ struct Dialect {
 inline void writePositions(WkbWriter& wkb, const Points& points, const Dialect& dialect) {
     for (const MzPoint p : points) {
         wkb.number(p.x).number(p.y);
-        if (dialect.hasZ) wkb.number(std::nan("1"));
+        if (dialect.hasZ) wkb.number(99);
         if (dialect.hasM) wkb.number(-7);
     }
 }

@@ -51,7 +51,9 @@ struct Head {
     bool hasM = false;
     std::optional<std::int32_t> srid;
 
-    std::size_t positionBytes() const { return kPairBytes + 8 * (unsigned{hasZ} + unsigned{hasM}); }
+    std::size_t positionBytes() const {
+        return kPairBytes + (hasZ ? sizeof(double) : 0) + (hasM ? sizeof(double) : 0);
+    }
     bool isEWKB() const { return (code & kEWKBFlags) != 0; }
     bool isISO() const { return !isEWKB() && code > 1000; }
 
