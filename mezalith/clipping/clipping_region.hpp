@@ -67,12 +67,19 @@ class MEZALITH_EXPORT MzClippingRegion {
     double minSpacing() const { return minSpacing_; }
     void setMinSpacing(double spacing) { minSpacing_ = spacing; }
 
+    /// Whether the clippers keep to the true intersection: crossings in the direction of travel, no
+    /// point inside dropped, rings closed, an exit joined to the next entry along the border. NO
+    /// unless set: they then keep to what is settled.
+    bool exact() const { return exact_; }
+    void setExact(bool exact) { exact_ = exact; }
+
   private:
     MzRect clippingRect_ = MzZeroRect;
     Corners bounds_{};
     Edges edges_{};
     std::shared_ptr<MzAffineTransform> transform_;
     double minSpacing_ = 0;
+    bool exact_ = false;
 };
 
 /// The line through both points.

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <mezalith/clipping/exact_clipping.hpp>
 #include <mezalith/clipping/outcode_clipping.hpp>
 #include <mezalith/clipping/region_code.hpp>
 
@@ -196,21 +197,25 @@ void toPixels(std::span<MzPoint> points, const MzAffineTransform* transform) {
     }
 }
 
+using ExactClipper = MzPoint*(std::span<const MzPoint>, MzPoint*, const MzClippingRegion&);
+
 template <typename Source, typename Destination, typename OnSegment>
 void clip(const Source* source, Destination* destination, const MzClippingRegion* region,
-          const OnSegment& onSegment) {
+          ExactClipper* exactly, const OnSegment& onSegment) {
     if (destination == nullptr) return;
     destination->count = 0;
     const std::span<const MzPoint> points = pointsOf(source);
     if (points.empty() || region == nullptr || destination->points == nullptr) return;
-    const MzPoint* const end = walk(points, destination->points, *region, onSegment);
-    destination->count = static_cast<std::uint32_t>(end - destination->points);
+    MzPoint* const out = destination->points;
+    const MzPoint* const end =
+        region->exact() ? exactly(points, out, *region) : walk(points, out, *region, onSegment);
+    destination->count = static_cast<std::uint32_t>(end - out);
     toPixels(pointsOf(destination), region->transform().get());
 }
 
 template <typename Source, typename Destination>
 void clipLine(const Source* source, Destination* destination, const MzClippingRegion* region) {
-    clip(source, destination, region,
+    clip(source, destination, region, detail::clipLineExactly,
          [](MzPoint* out, const Segment& segment, const MzClippingRegion& view) {
              if (segment.inside()) {
                  *out = segment.q;
@@ -220,23 +225,29 @@ void clipLine(const Source* source, Destination* destination, const MzClippingRe
          });
 }
 
-std::size_t capacity(std::uint32_t count, std::size_t perSegment) {
-    return count < 2 ? 1 : perSegment * (count - std::size_t{1});
-}
-
 }  // namespace
 
 std::size_t MzClippedMultiPointCapacity(std::uint32_t count) {
     return std::max<std::size_t>(count, 1);
 }
 
-std::size_t MzClippedLineStringCapacity(std::uint32_t count) { return capacity(count, 2); }
+// An exact clipper writes at most three points for each segment: two crossings, and a corner for
+// every two places that the path goes around.
 
-std::size_t MzClippedLinearRingCapacity(std::uint32_t count) { return capacity(count, 4); }
+std::size_t MzClippedLineStringCapacity(std::uint32_t count) {
+    return count < 2 ? 1 : 3 * (count - std::size_t{1});
+}
+
+/// Settled, four points for each segment; exactly, there may be one to close the source by, and the
+/// first point again.
+std::size_t MzClippedLinearRingCapacity(std::uint32_t count) {
+    if (count < 2) return 1;
+    return std::max(4 * (count - std::size_t{1}), 3 * std::size_t{count} + 1);
+}
 
 void MzClipMultiPoint(const MzMultiPoint* source, MzMultiPoint* destination,
                       const MzClippingRegion* region) {
-    clip(source, destination, region,
+    clip(source, destination, region, detail::clipPointsExactly,
          [](MzPoint* out, const Segment& segment, const MzClippingRegion&) {
              *out = segment.q;
              return segment.qCode == 0 ? out + 1 : out;
@@ -260,7 +271,7 @@ void MzClipLineString(const MzMultiPoint* source, MzLineString* destination,
 
 void MzClipLinearRing(const MzLinearRing* source, MzLinearRing* destination,
                       const MzClippingRegion* region) {
-    clip(source, destination, region,
+    clip(source, destination, region, detail::clipRingExactly,
          [](MzPoint* out, const Segment& segment, const MzClippingRegion& view) {
              if (segment.inside()) {
                  *out = segment.q;

@@ -91,6 +91,11 @@ void ring(benchmark::State& state, const MzClippingRegion& region) {
     clip<MzLinearRing>(state, region, MzClippedLinearRingCapacity(count), MzClipLinearRing);
 }
 
+MzClippingRegion exactly(MzClippingRegion region) {
+    region.setExact(true);
+    return region;
+}
+
 void PointsAllInView(benchmark::State& state) { points(state, allOfIt()); }
 void PointsPartInView(benchmark::State& state) { points(state, partOfIt()); }
 void LineAllInView(benchmark::State& state) { line(state, allOfIt()); }
@@ -99,6 +104,14 @@ void LineOutOfView(benchmark::State& state) { line(state, noneOfIt()); }
 void RingAllInView(benchmark::State& state) { ring(state, allOfIt()); }
 void RingPartInView(benchmark::State& state) { ring(state, partOfIt()); }
 void RingOutOfView(benchmark::State& state) { ring(state, noneOfIt()); }
+void ExactPointsAllInView(benchmark::State& state) { points(state, exactly(allOfIt())); }
+void ExactPointsPartInView(benchmark::State& state) { points(state, exactly(partOfIt())); }
+void ExactLineAllInView(benchmark::State& state) { line(state, exactly(allOfIt())); }
+void ExactLinePartInView(benchmark::State& state) { line(state, exactly(partOfIt())); }
+void ExactLineOutOfView(benchmark::State& state) { line(state, exactly(noneOfIt())); }
+void ExactRingAllInView(benchmark::State& state) { ring(state, exactly(allOfIt())); }
+void ExactRingPartInView(benchmark::State& state) { ring(state, exactly(partOfIt())); }
+void ExactRingOutOfView(benchmark::State& state) { ring(state, exactly(noneOfIt())); }
 
 BENCHMARK(BareTransform)->RangeMultiplier(64)->Range(1 << 6, 1 << 18);
 BENCHMARK(PointsAllInView)->RangeMultiplier(64)->Range(1 << 6, 1 << 18);
@@ -109,6 +122,14 @@ BENCHMARK(LineOutOfView)->RangeMultiplier(64)->Range(1 << 6, 1 << 18);
 BENCHMARK(RingAllInView)->RangeMultiplier(64)->Range(1 << 6, 1 << 18);
 BENCHMARK(RingPartInView)->RangeMultiplier(64)->Range(1 << 6, 1 << 18);
 BENCHMARK(RingOutOfView)->RangeMultiplier(64)->Range(1 << 6, 1 << 18);
+BENCHMARK(ExactPointsAllInView)->RangeMultiplier(64)->Range(1 << 6, 1 << 18);
+BENCHMARK(ExactPointsPartInView)->RangeMultiplier(64)->Range(1 << 6, 1 << 18);
+BENCHMARK(ExactLineAllInView)->RangeMultiplier(64)->Range(1 << 6, 1 << 18);
+BENCHMARK(ExactLinePartInView)->RangeMultiplier(64)->Range(1 << 6, 1 << 18);
+BENCHMARK(ExactLineOutOfView)->RangeMultiplier(64)->Range(1 << 6, 1 << 18);
+BENCHMARK(ExactRingAllInView)->RangeMultiplier(64)->Range(1 << 6, 1 << 18);
+BENCHMARK(ExactRingPartInView)->RangeMultiplier(64)->Range(1 << 6, 1 << 18);
+BENCHMARK(ExactRingOutOfView)->RangeMultiplier(64)->Range(1 << 6, 1 << 18);
 
 }  // namespace
 }  // namespace mezalith

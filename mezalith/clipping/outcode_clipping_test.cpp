@@ -1,98 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include <mezalith/clipping/outcode_clipping.hpp>
+#include <mezalith/clipping/test_support.hpp>
 
-#include <array>
-#include <bit>
 #include <cmath>
-#include <functional>
-#include <limits>
-#include <random>
-#include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 
 namespace mezalith {
 namespace {
 
-constexpr unsigned seed = 20240229;
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-constexpr double infinity = std::numeric_limits<double>::infinity();
-
-using Points = std::vector<MzPoint>;
-
-bool sameBits(MzPoint a, MzPoint b) {
-    return std::bit_cast<std::array<std::uint64_t, 2>>(a) ==
-           std::bit_cast<std::array<std::uint64_t, 2>>(b);
-}
-
-bool sameBits(const Points& a, const Points& b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](MzPoint p, MzPoint q) { return sameBits(p, q); });
-}
-
-std::string text(const Points& points) {
-    testing::Message message;
-    for (const MzPoint p : points) message << '(' << p.x << ", " << p.y << ") ";
-    return message.GetString();
-}
-
-testing::AssertionResult same(const Points& a, const Points& b) {
-    if (std::equal(a.begin(), a.end(), b.begin(), b.end(), MzEqualPoints)) {
-        return testing::AssertionSuccess();
-    }
-    return testing::AssertionFailure() << text(a) << "are not " << text(b);
-}
-
-MzClippingRegion regionOf(MzRect rect, double minSpacing = 0) {
-    MzClippingRegion region;
-    region.setClippingRect(rect);
-    region.setTransform(MzAffineTransform::transform());
-    region.setMinSpacing(minSpacing);
-    return region;
-}
-
-const MzRect tenByTen{{0, 0}, {10, 10}};
-
-// --- running the clippers -------------------------------------------------
-
-enum class Kind { points, line, ring };
-
-constexpr std::array<Kind, 3> allKinds{Kind::points, Kind::line, Kind::ring};
-
-std::size_t capacityOf(Kind kind, std::uint32_t count) {
-    switch (kind) {
-        case Kind::points:
-            return MzClippedMultiPointCapacity(count);
-        case Kind::line:
-            return MzClippedLineStringCapacity(count);
-        default:
-            return MzClippedLinearRingCapacity(count);
-    }
-}
-
-template <typename Record>
-Points clipRecord(Points source, std::size_t capacity, const MzClippingRegion* region,
-                  void (*clipper)(const Record*, Record*, const MzClippingRegion*)) {
-    const Record from{static_cast<std::uint32_t>(source.size()), source.data()};
-    Points room(capacity);  // of exactly that size, so that a sanitizer sees a point too many
-    Record to{77, room.data()};
-    clipper(&from, &to, region);
-    EXPECT_LE(to.count, capacity);
-    return {room.begin(), room.begin() + to.count};
-}
-
-Points clip(Kind kind, const Points& source, const MzClippingRegion& region) {
-    const std::size_t room = capacityOf(kind, static_cast<std::uint32_t>(source.size()));
-    switch (kind) {
-        case Kind::points:
-            return clipRecord<MzMultiPoint>(source, room, &region, MzClipMultiPoint);
-        case Kind::line:
-            return clipRecord<MzLineString>(source, room, &region, MzClipLineString);
-        default:
-            return clipRecord<MzLinearRing>(source, room, &region, MzClipLinearRing);
-    }
-}
+using namespace clipping_test;
 
 // --- a plain transcription to compare with --------------------------------
 
@@ -210,50 +127,6 @@ struct Reference {
     }
 };
 
-// --- random input ---------------------------------------------------------
-
-class Cases {
-  public:
-    /// Points on a coarse grid, so that many fall on corners, edges and each other.
-    MzPoint gridPoint() { return {grid_(random_) * 1.0, grid_(random_) * 1.0}; }
-    MzPoint anyPoint() { return {wide_(random_), wide_(random_)}; }
-
-    Points points(const std::function<MzPoint()>& one) {
-        Points points(1 + random_() % 12);
-        for (MzPoint& p : points) p = one();
-        if (random_() % 2 == 0) points.push_back(points.front());
-        return points;
-    }
-
-    /// Now and then a value that is no length.
-    MzPoint oddPoint() {
-        constexpr std::array<double, 8> odd{nan,    infinity, -infinity, 1e308,
-                                            -1e308, 0,        -0.0,      5e-324};
-        MzPoint p = gridPoint();
-        if (random_() % 3 == 0) p.x = odd[random_() % odd.size()];
-        if (random_() % 3 == 0) p.y = odd[random_() % odd.size()];
-        return p;
-    }
-
-    MzClippingRegion region(const std::function<MzPoint()>& one) {
-        const MzPoint origin = one(), size = one();
-        MzClippingRegion region = regionOf({origin, {size.x, size.y}});
-        const auto transform = MzAffineTransform::transform();
-        transform->translateXBy(wide_(random_), wide_(random_));
-        transform->scaleXBy(2.5, -0.75);
-        region.setTransform(transform);
-        if (random_() % 2 == 0) region.setMinSpacing(std::abs(grid_(random_)) * 0.5);
-        return region;
-    }
-
-    std::uint64_t number() { return random_(); }
-
-  private:
-    std::mt19937_64 random_{seed};
-    std::uniform_int_distribution<int> grid_{-6, 6};
-    std::uniform_real_distribution<double> wide_{-10, 10};
-};
-
 void expectSameAsReference(const Points& source, const MzClippingRegion& region, int round) {
     for (const Kind kind : allKinds) {
         Reference reference{region, {}};
@@ -272,7 +145,7 @@ TEST(OutcodeClipping, DropsPointsCloserThanTheMinimumSpacing) {
     const MzClippingRegion region = regionOf(tenByTen, 1);
     const Points source{{0, 0}, {0.3, 0.3}, {2, 0}};
     for (const Kind kind : allKinds) {
-        EXPECT_TRUE(same(clip(kind, source, region), Points{{0, 0}, {2, 0}}));
+        EXPECT_EQ(difference(clip(kind, source, region), Points{{0, 0}, {2, 0}}), "");
     }
 }
 
@@ -280,14 +153,15 @@ TEST(OutcodeClipping, MeasuresTheSpacingFromTheLastPointKept) {
     const MzClippingRegion region = regionOf(tenByTen, 1);
     const Points source{{0, 0}, {0.6, 0}, {1.2, 0}, {1.8, 0}, {2.2, 0}};
     for (const Kind kind : allKinds) {
-        EXPECT_TRUE(same(clip(kind, source, region), Points{{0, 0}, {1.2, 0}, {2.2, 0}}));
+        EXPECT_EQ(difference(clip(kind, source, region), Points{{0, 0}, {1.2, 0}, {2.2, 0}}), "");
     }
 }
 
 TEST(OutcodeClipping, KeepsThePointsInside) {
     const Points source{{-1, 5}, {5, 5}, {10, 10}, {10.5, 3}, {0, 0}, {3, -0.5}};
-    EXPECT_TRUE(
-        same(clip(Kind::points, source, regionOf(tenByTen)), Points{{5, 5}, {10, 10}, {0, 0}}));
+    EXPECT_EQ(difference(clip(Kind::points, source, regionOf(tenByTen)),
+                         Points{{5, 5}, {10, 10}, {0, 0}}),
+              "");
 }
 
 TEST(OutcodeClipping, MapsWhatItKeepsToPixels) {
@@ -296,41 +170,49 @@ TEST(OutcodeClipping, MapsWhatItKeepsToPixels) {
     transform->translateXBy(100, 200);
     transform->scaleXBy(2, 3);
     region.setTransform(transform);
-    EXPECT_TRUE(same(clip(Kind::line, {{5, 5}, {15, 5}}, region), Points{{110, 215}, {120, 215}}));
+    EXPECT_EQ(
+        difference(clip(Kind::line, {{5, 5}, {15, 5}}, region), Points{{110, 215}, {120, 215}}),
+        "");
 }
 
 // --- line strings ---------------------------------------------------------
 
 TEST(ClipLineString, CutsWhereItLeaves) {
-    EXPECT_TRUE(
-        same(clip(Kind::line, {{5, 5}, {15, 5}}, regionOf(tenByTen)), Points{{5, 5}, {10, 5}}));
+    EXPECT_EQ(difference(clip(Kind::line, {{5, 5}, {15, 5}}, regionOf(tenByTen)),
+                         Points{{5, 5}, {10, 5}}),
+              "");
 }
 
 TEST(ClipLineString, StartsWhereItEnters) {
-    EXPECT_TRUE(
-        same(clip(Kind::line, {{-5, 5}, {5, 5}}, regionOf(tenByTen)), Points{{0, 5}, {5, 5}}));
+    EXPECT_EQ(
+        difference(clip(Kind::line, {{-5, 5}, {5, 5}}, regionOf(tenByTen)), Points{{0, 5}, {5, 5}}),
+        "");
 }
 
 TEST(ClipLineString, GivesNothingBeyondOneSide) {
-    EXPECT_TRUE(
-        same(clip(Kind::line, {{-5, 5}, {-5, 15}, {-1, 20}}, regionOf(tenByTen)), Points{}));
-    EXPECT_TRUE(same(clip(Kind::line, {{12, -5}, {20, 15}}, regionOf(tenByTen)), Points{}));
+    EXPECT_EQ(
+        difference(clip(Kind::line, {{-5, 5}, {-5, 15}, {-1, 20}}, regionOf(tenByTen)), Points{}),
+        "");
+    EXPECT_EQ(difference(clip(Kind::line, {{12, -5}, {20, 15}}, regionOf(tenByTen)), Points{}), "");
 }
 
 TEST(ClipLineString, PassesThroughInTheOrderOfTheTables) {
-    EXPECT_TRUE(
-        same(clip(Kind::line, {{-5, 5}, {15, 5}}, regionOf(tenByTen)), Points{{10, 5}, {0, 5}}));
-    EXPECT_TRUE(
-        same(clip(Kind::line, {{15, 5}, {-5, 5}}, regionOf(tenByTen)), Points{{10, 5}, {0, 5}}));
+    EXPECT_EQ(difference(clip(Kind::line, {{-5, 5}, {15, 5}}, regionOf(tenByTen)),
+                         Points{{10, 5}, {0, 5}}),
+              "");
+    EXPECT_EQ(difference(clip(Kind::line, {{15, 5}, {-5, 5}}, regionOf(tenByTen)),
+                         Points{{10, 5}, {0, 5}}),
+              "");
 }
 
 TEST(ClipLineString, JoinsAnExitAndTheNextEntry) {
-    EXPECT_TRUE(same(clip(Kind::line, {{5, 5}, {15, 5}, {15, 8}, {5, 8}}, regionOf(tenByTen)),
-                     Points{{5, 5}, {10, 5}, {10, 8}, {5, 8}}));
+    EXPECT_EQ(difference(clip(Kind::line, {{5, 5}, {15, 5}, {15, 8}, {5, 8}}, regionOf(tenByTen)),
+                         Points{{5, 5}, {10, 5}, {10, 8}, {5, 8}}),
+              "");
 }
 
 TEST(ClipLineString, MissesARegionBetweenItsCorners) {
-    EXPECT_TRUE(same(clip(Kind::line, {{-5, 8}, {8, 25}}, regionOf(tenByTen)), Points{}));
+    EXPECT_EQ(difference(clip(Kind::line, {{-5, 8}, {8, 25}}, regionOf(tenByTen)), Points{}), "");
 }
 
 TEST(ClipLineString, TakesMultiPoints) {
@@ -341,31 +223,33 @@ TEST(ClipLineString, TakesMultiPoints) {
     MzMultiPoint points{0, room.data()};
     MzClipLineString(&from, &points, &region);
     EXPECT_EQ(points.count, 2u);
-    EXPECT_TRUE(same(room, Points{{5, 5}, {10, 5}}));
+    EXPECT_EQ(difference(room, Points{{5, 5}, {10, 5}}), "");
     room.assign(2, {});
     MzLineString line{0, room.data()};
     MzClipLineString(&from, &line, &region);
     EXPECT_EQ(line.count, 2u);
-    EXPECT_TRUE(same(room, Points{{5, 5}, {10, 5}}));
+    EXPECT_EQ(difference(room, Points{{5, 5}, {10, 5}}), "");
 }
 
 // --- rings ----------------------------------------------------------------
 
 TEST(ClipLinearRing, FillsTheRegionFromARingAroundIt) {
     const Points ring{{-5, -5}, {15, -5}, {15, 15}, {-5, 15}, {-5, -5}};
-    EXPECT_TRUE(same(clip(Kind::ring, ring, regionOf(tenByTen)),
-                     Points{{0, 0}, {10, 0}, {10, 10}, {0, 10}}));
+    EXPECT_EQ(difference(clip(Kind::ring, ring, regionOf(tenByTen)),
+                         Points{{0, 0}, {10, 0}, {10, 10}, {0, 10}}),
+              "");
 }
 
 TEST(ClipLinearRing, KeepsARingInside) {
     const Points ring{{1, 1}, {9, 1}, {5, 9}, {1, 1}};
-    EXPECT_TRUE(same(clip(Kind::ring, ring, regionOf(tenByTen)), ring));
+    EXPECT_EQ(difference(clip(Kind::ring, ring, regionOf(tenByTen)), ring), "");
 }
 
 TEST(ClipLinearRing, ClosesAlongTheBorderByTheCornerBetween) {
     const Points square{{5, 5}, {15, 5}, {15, 15}, {5, 15}, {5, 5}};
-    EXPECT_TRUE(same(clip(Kind::ring, square, regionOf(tenByTen)),
-                     Points{{5, 5}, {10, 5}, {10, 10}, {5, 10}, {5, 5}}));
+    EXPECT_EQ(difference(clip(Kind::ring, square, regionOf(tenByTen)),
+                         Points{{5, 5}, {10, 5}, {10, 10}, {5, 10}, {5, 5}}),
+              "");
     const Points outByTheTop{{5, 5}, {11, 12}, {12, 5}, {5, 5}};
     const Points clipped = clip(Kind::ring, outByTheTop, regionOf(tenByTen));
     ASSERT_EQ(clipped.size(), 5u);
@@ -376,7 +260,7 @@ TEST(ClipLinearRing, ClosesAlongTheBorderByTheCornerBetween) {
 
 TEST(ClipLinearRing, DropsARingApart) {
     const Points ring{{20, 1}, {30, 1}, {30, 9}, {20, 1}};
-    EXPECT_TRUE(same(clip(Kind::ring, ring, regionOf(tenByTen)), Points{}));
+    EXPECT_EQ(difference(clip(Kind::ring, ring, regionOf(tenByTen)), Points{}), "");
 }
 
 TEST(AddTurningPoint, AppendsTheCornerOfACode) {
@@ -388,7 +272,7 @@ TEST(AddTurningPoint, AppendsTheCornerOfACode) {
     MzLinearRing ring{0, room.data()};
     for (const std::int32_t code : {9, 5, 6, 10}) MzAddTurningPointForCode(&ring, code, &region);
     EXPECT_EQ(ring.count, 4u);
-    EXPECT_TRUE(same(room, Points{{100, 200}, {110, 200}, {110, 210}, {100, 210}}));
+    EXPECT_EQ(difference(room, Points{{100, 200}, {110, 200}, {110, 210}, {100, 210}}), "");
 }
 
 TEST(AddTurningPoint, DoesNothingForOtherCodes) {
@@ -446,12 +330,12 @@ TEST(OutcodeClipping, MapsToTheOriginWithoutATransform) {
     MzClippingRegion region = regionOf(tenByTen);
     region.setTransform(nullptr);
     const Points source{{5, 5}, {15, 5}};
-    EXPECT_TRUE(same(clip(Kind::points, source, region), Points{{0, 0}}));
-    EXPECT_TRUE(same(clip(Kind::line, source, region), Points{{0, 0}, {0, 0}}));
+    EXPECT_EQ(difference(clip(Kind::points, source, region), Points{{0, 0}}), "");
+    EXPECT_EQ(difference(clip(Kind::line, source, region), Points{{0, 0}, {0, 0}}), "");
     Points room(1, {-7, -7});
     MzLinearRing ring{0, room.data()};
     MzAddTurningPointForCode(&ring, 6, &region);
-    EXPECT_TRUE(same(room, Points{{0, 0}}));
+    EXPECT_EQ(difference(room, Points{{0, 0}}), "");
 }
 
 // --- capacities -----------------------------------------------------------
@@ -462,16 +346,17 @@ TEST(ClippedCapacity, FollowsTheSourceAndIsNeverZero) {
     EXPECT_EQ(MzClippedMultiPointCapacity(7), 7u);
     EXPECT_EQ(MzClippedLineStringCapacity(0), 1u);
     EXPECT_EQ(MzClippedLineStringCapacity(1), 1u);
-    EXPECT_EQ(MzClippedLineStringCapacity(2), 2u);
-    EXPECT_EQ(MzClippedLineStringCapacity(7), 12u);
+    EXPECT_EQ(MzClippedLineStringCapacity(2), 3u);
+    EXPECT_EQ(MzClippedLineStringCapacity(7), 18u);
     EXPECT_EQ(MzClippedLinearRingCapacity(0), 1u);
     EXPECT_EQ(MzClippedLinearRingCapacity(1), 1u);
-    EXPECT_EQ(MzClippedLinearRingCapacity(2), 4u);
+    EXPECT_EQ(MzClippedLinearRingCapacity(2), 7u);
+    EXPECT_EQ(MzClippedLinearRingCapacity(5), 16u);
     EXPECT_EQ(MzClippedLinearRingCapacity(7), 24u);
     EXPECT_EQ(MzClippedLinearRingCapacity(0xFFFFFFFFu), 4 * std::size_t{0xFFFFFFFEu});
 }
 
-TEST(ClippedCapacity, IsReached) {
+TEST(ClippedCapacity, HoldsAsManyAsSettledClippersWrite) {
     const MzClippingRegion region = regionOf(tenByTen);
     EXPECT_EQ(clip(Kind::points, {{1, 1}, {2, 2}}, region).size(), 2u);
     EXPECT_EQ(clip(Kind::line, {{-5, 5}, {15, 5}, {-5, 6}}, region).size(), 4u);
