@@ -6,12 +6,14 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <limits>
 #include <typeinfo>
 
 namespace mezalith {
 namespace {
 
 constexpr double halfArcSecond = 0.0001388888888888889;  // degrees
+constexpr double kZoneReach = 70;                        // degrees
 
 /// Metres over one arc-second of the parallel, half to each side of the point.
 double lengthOfArcSecond(MzPoint p) {
@@ -70,6 +72,11 @@ void MzMapProjection::unprojectCoordinates(std::span<const MzPoint> source,
     if (typeid(*this) == typeid(MzMapProjection)) return copyPoints(source, destination);
     mapPoints(source, destination,
               [this](MzPoint p) { return longitudeLatitudeForProjectedCoordinate(p); });
+}
+
+MzProjectionRegion MzMapProjection::region() const {
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    return MzProjectionRegion::endless(-kInfinity, kInfinity);
 }
 
 bool MzMapProjection::isEqualToMapProjection(const MzMapProjection* other) const {
@@ -163,6 +170,12 @@ void MzUTMZoneProjection::projectCoordinates(std::span<const MzPoint> source,
 void MzUTMZoneProjection::unprojectCoordinates(std::span<const MzPoint> source,
                                                std::span<MzPoint> destination) const {
     UTMToLatitudeLongitude(static_cast<std::uint32_t>(utmZone_), source, destination);
+}
+
+MzProjectionRegion MzUTMZoneProjection::region() const {
+    // The arithmetic of the projection itself, which goes on with the low bits of any zone.
+    const auto meridian = static_cast<std::int32_t>(static_cast<std::uint32_t>(utmZone_) * 6 - 183);
+    return MzProjectionRegion::band(meridian, kZoneReach, -90, 90);
 }
 
 std::shared_ptr<MzMapProjection> MzUTMZoneProjection::newInstance() const {

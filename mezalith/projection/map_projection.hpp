@@ -4,6 +4,7 @@
 #include <mezalith/export.hpp>
 #include <mezalith/geometry/primitives.hpp>
 #include <mezalith/platform/object.hpp>
+#include <mezalith/projection/projection_region.hpp>
 
 #include <cstdint>
 #include <memory>
@@ -36,6 +37,13 @@ class MEZALITH_EXPORT MzMapProjection : public platform::Object {
     /// The inverse in bulk, under the same terms.
     virtual void unprojectCoordinates(std::span<const MzPoint> source,
                                       std::span<MzPoint> destination) const;
+
+    /// What of the globe may be projected; everything, turn after turn, unless a subclass knows
+    /// better.
+    virtual MzProjectionRegion region() const;
+    /// Where the projection is meant to be used: longitudes and latitudes, degrees, the east beyond
+    /// 180 for an area across the antimeridian. The zero rectangle when nothing is known of it.
+    virtual MzRect areaOfUse() const { return MzZeroRect; }
 
     std::int64_t srid() const { return srid_; }
     void setSrid(std::int64_t srid) { srid_ = srid; }
@@ -98,7 +106,8 @@ class MEZALITH_EXPORT MzPlateCarreeProjection final : public MzMapProjection {
 
 /// One UTM zone on WGS 84, SRID 32600 + zone, metres; southern northings are negative.
 /// Settled: `isUTM` answers NO, and a copy keeps zone 0 (central meridian -183) under the name and
-/// SRID of its source; make a new one instead of copying.
+/// SRID of its source; make a new one instead of copying. Longitudes are taken as they are, so that
+/// -179 is out of reach of zone 60; `MzUTMProjection` takes them for what they mean.
 class MEZALITH_EXPORT MzUTMZoneProjection final : public MzMapProjection {
   public:
     /// Zone 0 with the properties of the base class.
@@ -116,6 +125,9 @@ class MEZALITH_EXPORT MzUTMZoneProjection final : public MzMapProjection {
                             std::span<MzPoint> destination) const override;
     void unprojectCoordinates(std::span<const MzPoint> source,
                               std::span<MzPoint> destination) const override;
+    /// 70 degrees to either side of the meridian. Farther out the series folds back and would put a
+    /// place where another one belongs: it stays monotonic in longitude to 80 degrees.
+    MzProjectionRegion region() const override;
 
   protected:
     std::shared_ptr<MzMapProjection> newInstance() const override;

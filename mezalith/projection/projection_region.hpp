@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <mezalith/export.hpp>
+#include <mezalith/geometry/primitives.hpp>
+
+namespace mezalith {
+
+/// What of the globe a projection takes to its plane without folding, tearing or losing it. What
+/// lies outside is not to be projected, and along the edge maps are cut. Degrees throughout.
+struct MzProjectionRegion {
+    enum class Shape {
+        Endless,  ///< every longitude, turn after turn, between two latitudes
+        Band,     ///< longitudes to either side of a meridian, between two latitudes
+        Cap,      ///< everything within an angle of one place, on the sphere
+    };
+
+    Shape shape = Shape::Endless;
+    MzPoint centre{0, 0};  ///< of a cap; x is the middle meridian of a band
+    double reach = 180;    ///< to either side of the meridian, or the angle of a cap; 180 at most
+    double south = -90;    ///< of all but caps
+    double north = 90;
+
+    /// Longitudes without end; latitudes from `south` to `north`.
+    static MzProjectionRegion endless(double south, double north) {
+        return {Shape::Endless, {0, 0}, 180, south, north};
+    }
+    /// `reach` degrees to either side of `meridian`.
+    static MzProjectionRegion band(double meridian, double reach, double south, double north) {
+        return {Shape::Band, {meridian, 0}, reach, south, north};
+    }
+    /// Up to `reach` degrees from `centre`.
+    static MzProjectionRegion cap(MzPoint centre, double reach) {
+        return {Shape::Cap, centre, reach, -90, 90};
+    }
+
+    /// Whether the point lies in it, edge included, whole turns of its longitude apart. NO for
+    /// points that are not finite.
+    MEZALITH_EXPORT bool holds(MzPoint point) const;
+};
+
+/// The angle between two places on the sphere, degrees; longitudes and latitudes in degrees.
+MEZALITH_EXPORT double MzAngleBetween(MzPoint a, MzPoint b);
+
+}  // namespace mezalith
