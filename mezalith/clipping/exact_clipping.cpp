@@ -139,9 +139,11 @@ void leave(Path& path, MzPoint q, std::int32_t code, const RegionLimits& box) {
     append(path, crossing(path.last, q, path.left, box));
 }
 
-/// Follows a segment of which one end at least is outside, the ends not beyond the same side.
-Path crossed(Path path, MzPoint q, std::int32_t code, const RegionLimits& box) {
-    if (path.code == 0) {
+/// Follows a segment that ends elsewhere than it begins: inside, or beyond other sides.
+Path moved(Path path, MzPoint q, std::int32_t code, const RegionLimits& box) {
+    if ((path.code & code) != 0) {
+        path.place += stepsBetween(placeOf(path.code), placeOf(code));
+    } else if (path.code == 0) {
         leave(path, q, code, box);
     } else if (code == 0) {
         enter(path, q, box);
@@ -157,23 +159,34 @@ Path crossed(Path path, MzPoint q, std::int32_t code, const RegionLimits& box) {
     return path;
 }
 
-/// Takes the points that are far enough apart, and the last one.
+/// Takes the points that are far enough apart, and the last one. What every point needs is kept out
+/// of the path meanwhile, in registers.
 Path walked(Path path, std::span<const MzPoint> points, double minSpacing, RegionLimits box) {
-    for (const MzPoint& q : points) {
-        const double distance = std::abs(path.last.y - q.y) + std::abs(path.last.x - q.x);
-        if (distance < minSpacing && &q != &points.back()) continue;
+    const MzPoint* const end = points.data() + points.size();
+    MzPoint p = path.last;
+    std::int32_t pCode = path.code;
+    MzPoint* out = path.out;
+    for (const MzPoint* next = points.data(); next != end; ++next) {
+        const MzPoint q = *next;
+        const double distance = std::abs(p.y - q.y) + std::abs(p.x - q.x);
+        if (distance < minSpacing && next + 1 != end) continue;
         if (!(distance <= kGreatest) && !isFinite(q)) continue;
         const std::int32_t code = box.codeOf(q);
-        if ((path.code | code) == 0) {
-            *path.out++ = q;
-        } else if ((path.code & code) != 0) {
-            path.place += stepsBetween(placeOf(path.code), placeOf(code));
-        } else {
-            path = crossed(path, q, code, box);
+        if ((pCode | code) == 0) {
+            *out++ = q;
+        } else if (pCode != code) {
+            path.last = p;
+            path.code = pCode;
+            path.out = out;
+            path = moved(path, q, code, box);
+            out = path.out;
         }
-        path.last = q;
-        path.code = code;
+        p = q;
+        pCode = code;
     }
+    path.last = p;
+    path.code = pCode;
+    path.out = out;
     return path;
 }
 
