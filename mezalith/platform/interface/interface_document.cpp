@@ -62,7 +62,7 @@ InterfaceDocument::Pointer InterfaceDocument::documentWithFile(const std::filesy
 
 std::shared_ptr<View> InterfaceDocument::viewForObject(const std::shared_ptr<Object>& represented,
                                                        const ActionHandler& handler) const {
-    std::shared_ptr<View> view = detail::viewForElement(*content_, represented, handler);
+    const std::shared_ptr<View> view = detail::viewForElement(*content_, represented, handler);
     return view != nullptr ? view : std::make_shared<View>();
 }
 

@@ -82,7 +82,7 @@ class TextTemplate::Reader {
         std::string run;
         while (!rest_.empty()) {
             if (takePlain(run)) continue;
-            if (rest_.front() == '}') return fail("\"}\" without \"{\"; write \"}}\" for a brace");
+            if (rest_.front() == '}') return fail(R"("}" without "{"; write "}}" for a brace)");
             if (!run.empty()) pieces.push_back({std::exchange(run, {}), {}, false});
             if (!takePlace(pieces.emplace_back())) return false;
         }
@@ -111,13 +111,13 @@ class TextTemplate::Reader {
     bool takePlace(Piece& piece) {
         const std::size_t end = rest_.find('}');
         if (end == std::string_view::npos) {
-            return fail("\"{\" without \"}\"; write \"{{\" for a brace");
+            return fail(R"("{" without "}"; write "{{" for a brace)");
         }
         std::string_view place = rest_.substr(1, end - 1);
         rest_.remove_prefix(end + 1);
         if (const std::size_t bar = place.find('|'); bar != std::string_view::npos) {
             if (place.substr(bar + 1) != kGrouped)
-                return fail("after \"|\" only \"grouped\" is known");
+                return fail(R"(after "|" only "grouped" is known)");
             piece.isGrouped = true;
             place = place.substr(0, bar);
         }
@@ -129,7 +129,7 @@ class TextTemplate::Reader {
             const std::size_t end = place.find('.');
             isLast = end == std::string_view::npos;
             keys.emplace_back(place.substr(0, end));
-            if (keys.back().empty()) return fail("a key without a name between \"{\" and \"}\"");
+            if (keys.back().empty()) return fail(R"(a key without a name between "{" and "}")");
             if (keys.size() > kLongestPath) return fail("a key path of more than 16 keys");
             place.remove_prefix(isLast ? place.size() : end + 1);
         }
