@@ -130,7 +130,7 @@ class Front {
     void merge(const Meetings& m) {
         (*b1_)->setEndParameter(m.b1WithB2);
         (*b2_)->setEndParameter(m.b2WithB1);
-        const Place merged =
+        const auto merged =
             list_.insert(b1_, MzBisector::bisectorFromLeftBisector(*b1_, *b2_, m.point));
         list_.erase(b1_);
         list_.erase(b2_);

@@ -46,6 +46,7 @@ bool ArchiveClasses::isOptional(std::string_view name, std::string_view key) con
 
 std::vector<std::string_view> ArchiveClasses::names() const {
     std::vector<std::string_view> names;
+    names.reserve(classes_.size());
     for (const auto& [name, entry] : classes_) names.push_back(name);
     return names;
 }

@@ -47,6 +47,7 @@ std::optional<ColorSpace> spaceWithArchiveName(std::string_view name) {
 
 std::string suggestedSpace(std::string_view name) {
     std::vector<std::string_view> names;
+    names.reserve(spaces.size());
     for (const SpaceEntry& entry : spaces) names.push_back(entry.archiveName);
     return suggestion(name, names);
 }

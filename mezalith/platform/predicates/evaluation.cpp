@@ -4,6 +4,7 @@
 #include <mezalith/platform/predicates/operand.hpp>
 
 #include <cmath>
+#include <compare>
 #include <limits>
 #include <span>
 #include <utility>
@@ -134,13 +135,13 @@ class Evaluation {
             case Operation::NotEqual:
                 return !isEqual(left, right, options);
             case Operation::Less:
-                return order(left, right, options) < 0;
+                return std::is_lt(order(left, right, options));
             case Operation::LessOrEqual:
-                return order(left, right, options) <= 0;
+                return std::is_lteq(order(left, right, options));
             case Operation::Greater:
-                return order(left, right, options) > 0;
+                return std::is_gt(order(left, right, options));
             case Operation::GreaterOrEqual:
-                return order(left, right, options) >= 0;
+                return std::is_gteq(order(left, right, options));
             case Operation::Between:
                 return isBetween(left, program_[right.list()], options);
             case Operation::In:
@@ -191,7 +192,8 @@ class Evaluation {
         Operand low, high;
         load(bounds.first, low);
         load(program_[bounds.first].next, high);
-        return order(value, low, options) >= 0 && order(value, high, options) <= 0;
+        return std::is_gteq(order(value, low, options)) &&
+               std::is_lteq(order(value, high, options));
     }
 
     bool isIn(const Operand& value, const Operand& whole, TextOptions options) const {

@@ -2,6 +2,7 @@
 #include <mezalith/platform/predicates/operand.hpp>
 
 #include <cmath>
+#include <compare>
 #include <type_traits>
 #include <utility>
 #include <variant>
@@ -22,11 +23,16 @@ std::partial_ordering orderOf(std::int64_t integer, double real) {
     return whole < real ? std::partial_ordering::less : std::partial_ordering::equivalent;
 }
 
+std::partial_ordering reversed(std::partial_ordering order) {
+    if (std::is_lt(order)) return std::partial_ordering::greater;
+    return std::is_gt(order) ? std::partial_ordering::less : order;
+}
+
 std::partial_ordering orderOfNumbers(const Operand& left, const Operand& right) {
     using Kind = Operand::Kind;
     if (left.kind() == Kind::Real && right.kind() == Kind::Real)
         return left.real() <=> right.real();
-    if (left.kind() == Kind::Real) return 0 <=> orderOf(right.integer(), left.real());
+    if (left.kind() == Kind::Real) return reversed(orderOf(right.integer(), left.real()));
     if (right.kind() == Kind::Real) return orderOf(left.integer(), right.real());
     return left.integer() <=> right.integer();
 }
@@ -111,7 +117,7 @@ bool isSame(const Operand& left, const Operand& right, TextOptions options) {
         if (left.kind() == Kind::Table) return *left.table() == *right.table();
         if (left.kind() == Kind::Object) return left.object() == right.object();
     }
-    return order(left, right, options) == 0;
+    return std::is_eq(order(left, right, options));
 }
 
 }  // namespace mezalith::platform::predicates

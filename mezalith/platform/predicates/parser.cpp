@@ -39,7 +39,7 @@ struct nested {
                 in, builder)) {
             return false;
         }
-        builder.enter({place, 0});
+        builder.enter(place);
         static_cast<void>(
             Control<seq<Rest...>>::template match<A, pegtl::rewind_mode::active, Action, Control>(
                 in, builder));
@@ -125,7 +125,7 @@ struct closing_parenthesis : one<')'> {
 };
 struct closing_brace : one<'}'> {
     static std::string expected(const ProgramBuilder& builder) {
-        return builder.listHasMembers() ? "\",\" or \"}\"" : "a value or \"}\"";
+        return builder.listHasMembers() ? R"("," or "}")" : R"(a value or "}")";
     }
 };
 struct closing_bracket : one<']'> {

@@ -168,7 +168,7 @@ void ProgramBuilder::addArgument(std::string_view mark) {
     if (const auto* values = std::get_if<std::vector<Value>>(&argument)) {
         const Node node{.operation = Operation::List, .first = listOf(*values, mark)};
         // Written out it stands in braces.
-        enter(mark);
+        enter(mark.data());
         leave();
         push(node, mark);
     } else {
@@ -377,8 +377,8 @@ void ProgramBuilder::widen(std::string_view all) {
     operands_.back().end = operands_.back().begin + all.size();
 }
 
-void ProgramBuilder::enter(std::string_view place) {
-    if (depth_ == kDeepestFormat) fail(place.data(), "no more than 64 levels of nesting");
+void ProgramBuilder::enter(const char* place) {
+    if (depth_ == kDeepestFormat) fail(place, "no more than 64 levels of nesting");
     ++depth_;
 }
 

@@ -57,7 +57,7 @@ class ProgramBuilder {
     void widen(std::string_view all);
 
     /// One level deeper, at `place`.
-    void enter(std::string_view place);
+    void enter(const char* place);
     void leave() { --depth_; }
 
     /// The finished program.
@@ -98,7 +98,7 @@ class ProgramBuilder {
     void pushArgument(const Value& value, std::string_view mark);
     void checkBounds(const Operand& right) const;
     std::uint32_t compilePattern(const Operand& right, TextOptions options);
-    void foldTexts(std::uint32_t node, TextOptions options);
+    void foldTexts(std::uint32_t index, TextOptions options);
 
     std::string_view format_;
     Arguments arguments_;
