@@ -2,7 +2,7 @@
 #include "host/map_view.hpp"
 
 #include "host/failure.hpp"
-#include <mezalith/geometry/polygon_geometry.hpp>
+#include <mezalith/geometry/projected_bounds.hpp>
 
 #include <algorithm>
 #include <cmath>
@@ -14,17 +14,6 @@ namespace {
 
 /// Points along each side of an area from which its projected extent is taken.
 constexpr int kSamples = 128;
-
-/// Fills in the bounds by which projected polygons are judged.
-void fillTransformedBounds(MzGeometry& geometry,
-                           const std::shared_ptr<MzMapProjection>& projection) {
-    const auto projected =
-        std::dynamic_pointer_cast<MzPolygonGeometry>(geometry.geometryWithProjection(projection));
-    if (projected == nullptr) return;
-    const BoundingBox box = boundsOf(*projected);
-    projected->setTransformedBounds({MzPoint{box.minX, box.minY}, MzPoint{box.maxX, box.minY},
-                                     MzPoint{box.maxX, box.maxY}, MzPoint{box.minX, box.maxY}});
-}
 
 double unitsPerPixelFor(const BoundingBox& extent, MzSize size, const MzMapProjection& projection) {
     const double units = std::max(extent.width() / size.width, extent.height() / size.height);
@@ -63,7 +52,8 @@ MapView::MapView(ViewFrame frame)
                         unitsPerPixel_ / kPixelSize;
     region_ = MzClippingRegion::initWithDrawContext(this);
     region_->setMinSpacing(kSpacing / frame_.pixelRatio * unitsPerPixel_);
-    cutter_ = std::make_unique<ViewCutter>(frame_.projection, region_);
+    region_->setExact(true);
+    cutter_ = std::make_unique<ViewCutter>(projection, BoundingBox::of(region_->clippingRect()));
 }
 
 std::shared_ptr<MzAffineTransform> MapView::projectedToPixelTransform() const {
@@ -80,7 +70,7 @@ void MapView::addSubview(const std::shared_ptr<platform::View>& view) {
 std::vector<std::shared_ptr<Feature>> MapView::piecesOf(const Feature& feature) const {
     std::vector<std::shared_ptr<Feature>> pieces;
     for (const auto& piece : cutter_->cut({feature.form(), feature.geometry()})) {
-        fillTransformedBounds(*piece, frame_.projection);
+        MzFillTransformedBounds(piece.get(), frame_.projection);
         pieces.push_back(feature.withGeometry(piece));
     }
     return pieces;

@@ -99,6 +99,7 @@ TEST(MapView, KeepsVerticesHalfABackingPixelApart) {
     frame.pixelRatio = 2;
     const MapView view(frame);
     EXPECT_EQ(view.clippingRegion()->minSpacing(), 0.5 / 2 * 0.3);
+    EXPECT_TRUE(view.clippingRegion()->exact());
     EXPECT_TRUE(MzEqualRects(view.clippingRegion()->clippingRect(),
                              {{-180 - 15, -90 - 15}, {360 + 30, 180 + 30}}));
 }
@@ -138,11 +139,28 @@ TEST(MapView, DrawsNothingOfWhatIsElsewhere) {
     EXPECT_TRUE(drawn(frame, polyline({{60, 50}, {70, 50}})).empty());
 }
 
-TEST(MapView, DrawsALineThatComesBackInTwoStrokes) {
+TEST(MapView, DrawsALineThatComesBackAlongTheBorderOutOfSight) {
+    ViewFrame frame = worldFrame();
+    frame.area = {0, 0, 36, 18};  // 33.3 points a degree
+    auto lines = drawn(frame, polyline({{30, 9}, {60, 9}, {60, 12}, {30, 12}}));
+    std::erase_if(
+        lines, [](const std::string& line) { return line.find("ToPoint ") == std::string::npos; });
+    ASSERT_EQ(lines.size(), 4u);
+    EXPECT_EQ(lines[1], "addLineToPoint 1250 300");
+    EXPECT_TRUE(lines[2].starts_with("addLineToPoint 1250 "));
+}
+
+TEST(MapView, FillsWhatPassesThroughFromSideToSide) {
     ViewFrame frame = worldFrame();
     frame.area = {0, 0, 36, 18};
-    const auto lines = drawn(frame, polyline({{30, 9}, {60, 9}, {60, 12}, {30, 12}}));
-    EXPECT_EQ(std::ranges::count(lines, "drawPath 2"), 2);
+    auto lines = drawn(frame, polygon({{-50, 3}, {80, 3}, {80, 9}, {-50, 9}, {-50, 3}}));
+    std::erase_if(
+        lines, [](const std::string& line) { return line.find("ToPoint ") == std::string::npos; });
+    ASSERT_EQ(lines.size(), 5u);
+    EXPECT_TRUE(lines[0].starts_with("moveToPoint -50 "));
+    EXPECT_TRUE(lines[1].starts_with("addLineToPoint 1250 "));
+    EXPECT_TRUE(lines[2].starts_with("addLineToPoint 1250 "));
+    EXPECT_TRUE(lines[3].starts_with("addLineToPoint -50 "));
 }
 
 Feature place(MzPoint point) {

@@ -8,7 +8,6 @@
 #include <mezalith/geometry/polygon_geometry.hpp>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstddef>
 #include <limits>
@@ -101,44 +100,6 @@ void move(Points& points, double shift) {
     for (MzPoint& point : points) point.x += shift;
 }
 
-/// Whether the segment from `p` to `q` meets the box, and if so the middle of what lies inside.
-/// Source: Liang and Barsky (1984), A new concept and method for line clipping, ACM TOG 3(1).
-bool middleInside(const BoundingBox& box, MzPoint p, MzPoint q, MzPoint* middle) {
-    const MzPoint d{q.x - p.x, q.y - p.y};
-    const std::array<std::pair<double, double>, 4> sides{{{-d.x, p.x - box.minX},
-                                                          {d.x, box.maxX - p.x},
-                                                          {-d.y, p.y - box.minY},
-                                                          {d.y, box.maxY - p.y}}};
-    double enter = 0;
-    double leave = 1;
-    for (const auto& [slope, distance] : sides) {
-        if (slope == 0 && distance < 0) return false;
-        if (slope < 0) enter = std::max(enter, distance / slope);
-        if (slope > 0) leave = std::min(leave, distance / slope);
-    }
-    if (!(enter < leave)) return false;
-    const double t = enter + (leave - enter) / 2;
-    *middle = {p.x + d.x * t, p.y + d.y * t};
-    return true;
-}
-
-/// The stretches of a line that the region may show, given its points and their projections: each
-/// has at most its first and its last point outside.
-std::vector<Points> runsThrough(const MzClippingRegion& region, const Points& line,
-                                const Points& plane) {
-    std::vector<Points> runs;
-    bool open = false;
-    for (std::size_t i = 1; i < line.size(); ++i) {
-        const auto from = MzRegionCode(plane[i - 1], &region);
-        const auto to = MzRegionCode(plane[i], &region);
-        const bool hidden = (from & to) != 0;
-        if (!hidden && !open) runs.push_back({line[i - 1]});
-        if (!hidden) runs.back().push_back(line[i]);
-        open = !hidden && to == 0;
-    }
-    return runs;
-}
-
 }  // namespace
 
 BoundingBox boundsOf(MzGeometry& geometry) {
@@ -173,13 +134,8 @@ BoundingBox seenThrough(const MzMapProjection& projection, const BoundingBox& re
     return seen;
 }
 
-ViewCutter::ViewCutter(std::shared_ptr<MzMapProjection> projection,
-                       std::shared_ptr<MzClippingRegion> region)
-    : projection_(std::move(projection)),
-      region_(std::move(region)),
-      rectangle_(BoundingBox::of(region_->clippingRect())),
-      reach_(reachOf(*projection_)),
-      seen_(seenThrough(*projection_, rectangle_)) {}
+ViewCutter::ViewCutter(const MzMapProjection& projection, const BoundingBox& rectangle)
+    : reach_(reachOf(projection)), seen_(seenThrough(projection, rectangle)) {}
 
 ViewCutter::Geometries ViewCutter::cut(const Part& part) const {
     Geometries pieces;
@@ -192,7 +148,7 @@ ViewCutter::Geometries ViewCutter::cut(const Part& part) const {
 }
 
 void ViewCutter::cutCopy(Geometries& pieces, const Part& part, double shift) const {
-    if (shift == 0 && isClear(part)) {
+    if (shift == 0 && reach_.holds(boundsOf(*part.geometry))) {
         pieces.push_back(part.geometry);
     } else if (part.form == Form::Area) {
         for (Rings& rings : membersOfGeometry(*part.geometry)) {
@@ -210,13 +166,6 @@ void ViewCutter::cutCopy(Geometries& pieces, const Part& part, double shift) con
     }
 }
 
-/// Whether the geometry can go to the projection and the clippers as it is.
-bool ViewCutter::isClear(const Part& part) const {
-    if (!reach_.holds(boundsOf(*part.geometry))) return false;
-    if (part.form == Form::Points) return true;
-    return rectangle_.holds(boundsOf(*part.geometry->geometryWithProjection(projection_)));
-}
-
 void ViewCutter::cutPoints(Geometries& pieces, const Points& points,
                            const MzGeometry& whole) const {
     Points kept;
@@ -227,42 +176,19 @@ void ViewCutter::cutPoints(Geometries& pieces, const Points& points,
 }
 
 void ViewCutter::cutLine(Geometries& pieces, const Points& line) const {
-    for (const Points& piece : lineBetween(line, reach_.minX, reach_.maxX)) {
-        for (Points& run : runsThrough(*region_, piece, projected(piece))) {
-            pieces.push_back(multiPoint(std::move(run)));
-        }
+    for (Points& piece : lineBetween(line, reach_.minX, reach_.maxX)) {
+        pieces.push_back(multiPoint(std::move(piece)));
     }
 }
 
 void ViewCutter::cutPolygon(Geometries& pieces, const Rings& rings) const {
     Rings kept;
     for (const Points& ring : rings) {
-        const Points within = ringBetween(ring, reach_.minX, reach_.maxX);
+        Points within = ringBetween(ring, reach_.minX, reach_.maxX);
         if (within.empty() && kept.empty()) return;
-        if (!within.empty()) kept.push_back(withInnerVertices(within));
+        if (!within.empty()) kept.push_back(std::move(within));
     }
     if (!kept.empty()) pieces.push_back(polygon(std::move(kept)));
-}
-
-ViewCutter::Points ViewCutter::projected(const Points& points) const {
-    Points result(points.size());
-    projection_->projectCoordinates(points, result);
-    return result;
-}
-
-ViewCutter::Points ViewCutter::withInnerVertices(const Points& ring) const {
-    const Points plane = projected(ring);
-    Points result{ring.front()};
-    for (std::size_t i = 1; i < ring.size(); ++i) {
-        const bool outside = MzRegionCode(plane[i - 1], region_.get()) != 0 &&
-                             MzRegionCode(plane[i], region_.get()) != 0;
-        MzPoint middle;
-        if (outside && middleInside(rectangle_, plane[i - 1], plane[i], &middle)) {
-            result.push_back(projection_->longitudeLatitudeForProjectedCoordinate(middle));
-        }
-        result.push_back(ring[i]);
-    }
-    return result;
 }
 
 }  // namespace mezalith::host

@@ -3,7 +3,6 @@
 
 #include "host/bounding_box.hpp"
 #include "host/wkb_walk.hpp"
-#include <mezalith/clipping/clipping_region.hpp>
 #include <mezalith/projection/map_projection.hpp>
 
 #include <memory>
@@ -23,23 +22,17 @@ BoundingBox reachOf(const MzMapProjection& projection);
 /// `rectangle`, projected units: within its reach, and a little more than is needed.
 BoundingBox seenThrough(const MzMapProjection& projection, const BoundingBox& rectangle);
 
-/// Prepares geometries for the drawing of one view, so that projection and clippers meet only what
-/// they put in the right place:
+/// Prepares geometries for the drawing of one view, so that the projection meets only what it puts
+/// in the right place:
 ///
 /// - What lies outside the projection's reach is cut off, in longitude and latitude.
 /// - What the globe shows again 360 degrees to the east or west is there again when it can be seen.
-/// - A polyline that leaves the clipping rectangle comes in several pieces: in one, the clipper
-/// would
-///   join where it left and where it came back by a straight line.
-/// - A ring's side that runs right through the rectangle gets a vertex inside: without one, the
-///   clipper gives the two crossings in a fixed order, which may run against the ring.
 class ViewCutter {
   public:
     using Geometries = std::vector<std::shared_ptr<MzGeometry>>;
 
-    /// Neither is null.
-    ViewCutter(std::shared_ptr<MzMapProjection> projection,
-               std::shared_ptr<MzClippingRegion> region);
+    /// For what `projection` takes into `rectangle`, projected units. The projection is not kept.
+    ViewCutter(const MzMapProjection& projection, const BoundingBox& rectangle);
 
     /// What of `part` may be seen, in longitude and latitude: often `part.geometry` itself, nothing
     /// when it lies elsewhere.
@@ -55,14 +48,8 @@ class ViewCutter {
     void cutPoints(Geometries& pieces, const Points& points, const MzGeometry& whole) const;
     void cutLine(Geometries& pieces, const Points& line) const;
     void cutPolygon(Geometries& pieces, const std::vector<Points>& rings) const;
-    bool isClear(const Part& part) const;
-    Points projected(const Points& points) const;
-    Points withInnerVertices(const Points& ring) const;
 
-    std::shared_ptr<MzMapProjection> projection_;
-    std::shared_ptr<MzClippingRegion> region_;
-    BoundingBox rectangle_;  ///< the region's, projected units
-    BoundingBox reach_;      ///< degrees
+    BoundingBox reach_;  ///< degrees
     BoundingBox seen_;
 };
 

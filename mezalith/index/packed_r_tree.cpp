@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <mezalith/geometry/geometry.hpp>
+#include <mezalith/geometry/projected_bounds.hpp>
 #include <mezalith/index/hilbert_order.hpp>
 #include <mezalith/index/packed_r_tree.hpp>
 #include <mezalith/platform/system/large_block.hpp>
@@ -262,9 +262,7 @@ std::shared_ptr<MzPackedRTree> MzPackedRTree::initWithSpatialObjects(
     std::vector<std::uint32_t> items;
     for (std::size_t i = 0; i < objects.size(); ++i) {
         auto geometry = objects[i] != nullptr ? objects[i]->geometry() : nullptr;
-        if (geometry != nullptr && projection != nullptr) {
-            geometry = geometry->geometryWithProjection(projection);
-        }
+        if (projection != nullptr) geometry = MzProjectedCopy(geometry.get(), projection);
         if (geometry == nullptr) continue;
         for (const auto& leaf : geometry->leafNodes()) {
             boxes.push_back(MzBox::of(leaf->bounds()));
