@@ -28,41 +28,6 @@ Points reversed(Points points) {
 
 // --- independent answers --------------------------------------------------
 
-/// Positive for a ring that runs counter-clockwise, closed or not.
-double areaOf(const Points& ring) {
-    double twice = 0;
-    for (std::size_t i = 0; i < ring.size(); ++i) {
-        const MzPoint p = ring[i], q = ring[(i + 1) % ring.size()];
-        twice += (p.x - ring[0].x) * (q.y - ring[0].y) - (q.x - ring[0].x) * (p.y - ring[0].y);
-    }
-    return twice / 2;
-}
-
-/// What of the ring lies on the side of a line where `depth` is not negative.
-template <typename Depth>
-Points halfOf(const Points& ring, const Depth& depth) {
-    Points kept;
-    for (std::size_t i = 0; i < ring.size(); ++i) {
-        const MzPoint p = ring[i], q = ring[(i + 1) % ring.size()];
-        const double dp = depth(p), dq = depth(q);
-        if (dp >= 0) kept.push_back(p);
-        if ((dp >= 0) == (dq >= 0)) continue;
-        const double t = dp / (dp - dq);
-        kept.push_back({p.x + t * (q.x - p.x), p.y + t * (q.y - p.y)});
-    }
-    return kept;
-}
-
-/// Source: Sutherland and Hodgman (1974), Reentrant polygon clipping, CACM 17(1). Its ring may run
-/// along the border and back, which has no area.
-Points cutBySides(Points ring, const MzClippingRegion& region) {
-    const MzPoint low = region.bounds()[0], high = region.bounds()[2];
-    ring = halfOf(ring, [=](MzPoint p) { return p.x - low.x; });
-    ring = halfOf(ring, [=](MzPoint p) { return p.y - low.y; });
-    ring = halfOf(ring, [=](MzPoint p) { return high.x - p.x; });
-    return halfOf(ring, [=](MzPoint p) { return high.y - p.y; });
-}
-
 int windingAround(const Points& ring, MzPoint point) {
     int winding = 0;
     for (std::size_t i = 0; i < ring.size(); ++i) {
