@@ -2,6 +2,7 @@
 #include "mezalith/geometry/plane_vector.hpp"
 #include "mezalith/medialaxis/disjoint_sets.hpp"
 #include "mezalith/medialaxis/inner_diagram.hpp"
+#include <mezalith/medialaxis/deepest_search.hpp>
 #include <mezalith/medialaxis/grid_network.hpp>
 
 #include <algorithm>
@@ -61,7 +62,7 @@ class NetworkBuilder {
         return std::move(network_);
     }
 
-    std::optional<GridNode> deepest() {
+    std::optional<GridNode> deepest() const {
         std::optional<GridNode> best;
         for (const InnerDiagram::Edge& edge : diagram_.edges()) {
             if (edge.side != Side::Inside) continue;
@@ -70,6 +71,17 @@ class NetworkBuilder {
                 const GridNode node = nodeAt(vertex, edge);
                 if (!best || node.clearance > best->clearance) best = node;
             }
+        }
+        return best;
+    }
+
+    /// Of an outline of segments from around those squares, the deepest vertex in one of them.
+    std::optional<GridNode> deepestIn(const DeepestSearch& search) const {
+        std::optional<GridNode> best;
+        for (const InnerDiagram::Vertex& vertex : diagram_.vertices()) {
+            const MzPoint p{vertex.x, vertex.y};
+            const auto clearance = search.clearanceAt(p);
+            if (clearance && (!best || *clearance > best->clearance)) best = {p.x, p.y, *clearance};
         }
         return best;
     }
@@ -236,6 +248,12 @@ std::optional<GridNetwork> gridNetworkOf(const GridOutline& outline) {
 }
 
 std::optional<GridNode> deepestNodeOf(const GridOutline& outline) {
+    const DeepestSearch search(outline.segments);
+    if (!search.cells().empty()) {
+        GridOutline around;
+        around.segments = search.segments();
+        if (auto node = NetworkBuilder(around).deepestIn(search)) return node;
+    }
     return NetworkBuilder(outline).deepest();
 }
 
