@@ -2,6 +2,7 @@
 #include "host/data_source.hpp"
 
 #include "host/failure.hpp"
+#include "host/survey.hpp"
 #include "host/wkb_file.hpp"
 
 #include <algorithm>
@@ -25,8 +26,8 @@ namespace mezalith::host {
 struct SourceRecord {
     std::int64_t id = 0;
     platform::Dictionary attributes;
-    std::vector<std::byte> wkb;  ///< in longitude and latitude; empty without a geometry
-    std::string problem;         ///< why there is no geometry although the source has one
+    MzGeometryBlock geometry;  ///< in longitude and latitude; without a record when there is none
+    std::string problem;       ///< why there is none although the source has one
 };
 
 /// A way to read sources. Failures it throws do not name the source yet.
@@ -63,8 +64,7 @@ class WKBBackend final : public DataSource::Backend {
     std::vector<std::string> layerNames() const override { return {name_}; }
     std::size_t expectedRecords(std::size_t) override { return 1; }
     void forEachRecord(std::size_t, const Sink& sink) override {
-        surveyWKB(bytes_);
-        sink({.id = 1, .attributes = {}, .wkb = bytes_, .problem = {}});
+        sink({.id = 1, .attributes = {}, .geometry = readWKB(bytes_).geometry, .problem = {}});
     }
     void lookOnlyAt(std::size_t, const std::optional<BoundingBox>&) override {}
 
@@ -219,10 +219,10 @@ Geometry simplified(Geometry geometry) {
     }
 }
 
-std::vector<std::byte> encoded(const OGRGeometry& geometry) {
+MzWKBReading readingOf(const OGRGeometry& geometry) {
     std::vector<std::byte> wkb(geometry.WkbSize());
     geometry.exportToWkb(wkbNDR, reinterpret_cast<unsigned char*>(wkb.data()), wkbVariantIso);
-    return wkb;
+    return MzReadWKB(wkb);
 }
 
 class LibraryBackend final : public DataSource::Backend {
@@ -292,11 +292,13 @@ class LibraryBackend final : public DataSource::Backend {
         const Geometry geometry = simplified(Geometry(feature.StealGeometry()));
         const bool usable =
             transformation == nullptr || geometry->transform(transformation) == OGRERR_NONE;
-        if (usable) {
-            record.wkb = encoded(*geometry);
-        } else {
+        if (!usable) {
             record.problem = errors.takeError("its coordinates cannot be transformed");
+            return record;
         }
+        MzWKBReading reading = readingOf(*geometry);
+        if (!reading) record.problem = reading.error.text();
+        record.geometry = std::move(reading.geometry);
         return record;
     }
 
@@ -348,12 +350,12 @@ void forEachRecord(DataSource::Backend& backend, std::size_t index,
 
 void addToDescription(LayerDescription& description, const SourceRecord& record) {
     ++description.features;
-    if (record.wkb.empty()) {
+    if (record.geometry.record() == nullptr) {
         ++description.types["None"];
         return;
     }
-    const WKBSurvey survey = surveyWKB(record.wkb);
-    ++description.types[std::string(geometryTypeName(survey.type))];
+    const Survey survey = surveyOf(*record.geometry.record());
+    ++description.types[std::string(MzGeometryTypeName(record.geometry.record()->type))];
     description.vertices += survey.vertices;
     description.bounds.add(survey.bounds);
 }
@@ -361,10 +363,10 @@ void addToDescription(LayerDescription& description, const SourceRecord& record)
 void addToLayer(Layer& layer, SourceRecord&& source) {
     if (!source.problem.empty())
         throw Failure("feature " + std::to_string(source.id), source.problem);
-    if (source.wkb.empty()) return;
+    if (source.geometry.record() == nullptr) return;
     const auto record = std::make_shared<const FeatureRecord>(
         FeatureRecord{source.id, layer.name, std::move(source.attributes)});
-    for (Part& part : partsOfWKB(source.wkb, surveyWKB(source.wkb))) {
+    for (Part& part : partsOf(*source.geometry.record())) {
         layer.features.push_back(std::make_shared<Feature>(record, std::move(part)));
     }
 }

@@ -21,6 +21,8 @@ std::string inOneLine(const std::string& text) {
 Failure::Failure(std::string what, const std::string& why)
     : std::runtime_error(inOneLine(what.append(": ").append(why))) {}
 
+Failure::Failure(const MzReadError& error) : std::runtime_error(inOneLine(error.text())) {}
+
 Failure Failure::within(const std::string& what) const { return {what, this->what()}; }
 
 }  // namespace mezalith::host

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <mezalith/geometry/geometry_block.hpp>
+
 #include <stdexcept>
 #include <string>
 
@@ -13,6 +15,8 @@ class Failure : public std::runtime_error {
     /// Line ends and other control characters in either text become spaces, so that the message
     /// "what: why" is one line.
     Failure(std::string what, const std::string& why);
+    /// "byte 9: expected this, found that".
+    explicit Failure(const MzReadError& error);
 
     /// The same failure told about `what` as a whole: "what: " before the message there was.
     Failure within(const std::string& what) const;

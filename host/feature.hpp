@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "host/wkb_walk.hpp"
+#include "host/parts.hpp"
 #include <mezalith/style/spatial_object.hpp>
 
 #include <cstdint>

@@ -2,14 +2,14 @@
 #include "host/geojson.hpp"
 
 #include "host/failure.hpp"
-#include "host/wkb_walk.hpp"
+#include <mezalith/geometry/wkb_builder.hpp>
+#include <mezalith/geometry/wkb_reader.hpp>
 #include <mezalith/platform/number_text.hpp>
 
-#include <array>
 #include <cmath>
 #include <cstdint>
-#include <cstring>
 #include <limits>
+#include <utility>
 
 #include <nlohmann/json.hpp>
 
@@ -18,77 +18,80 @@ namespace {
 
 using Json = nlohmann::json;
 
-constexpr int kDeepest = 32;
-
-/// Writes a geometry object while the bytes are walked.
-class GeoJSONWriter final : public WKBVisitor {
+/// Writes coordinates, and whole geometries where these hold each other.
+class Writer {
   public:
-    void begin(const Header& header) override {
-        if (isMember()) {
-            separate();
-        } else {
-            openObject(header.type);
-        }
-        if (header.type != MzGeometryTypePoint) text += '[';
-        open_.push_back({header.type, true});
-    }
-
-    void points(std::span<const MzPoint> run) override {
-        if (open_.back().type == MzGeometryTypePoint) return position(run.front());
-        if (open_.back().type == MzGeometryTypePolygon) {
-            separate();
-            text += '[';
-        }
-        for (std::size_t i = 0; i < run.size(); ++i) {
-            if (i > 0) text += ',';
-            position(run[i]);
-        }
-        if (open_.back().type == MzGeometryTypePolygon) text += ']';
-    }
-
-    void end(std::size_t) override {
-        const Open closed = open_.back();
-        open_.pop_back();
-        if (closed.type != MzGeometryTypePoint) text += ']';
-        if (!isMember()) text += '}';
+    void geometry(const MzGeometryRecord& g) {
+        text += R"({"type":")";
+        text += MzGeometryTypeName(g.type);
+        text += g.type == MzGeometryTypeGeometryCollection ? R"(","geometries":)"
+                                                           : R"(","coordinates":)";
+        content(g);
+        text += '}';
     }
 
     std::string text;
 
   private:
-    struct Open {
-        std::uint32_t type;
-        bool first;  ///< nothing stands in it yet
-    };
-
-    /// Whether what begins or ends now is the member of a multi-geometry: coordinates only.
-    bool isMember() const { return !open_.empty() && open_.back().type != kGeometryCollection; }
-
-    void separate() {
-        if (!open_.back().first) text += ',';
-        open_.back().first = false;
-    }
-
-    void openObject(std::uint32_t type) {
-        if (!open_.empty()) separate();
-        text += R"({"type":")";
-        text += geometryTypeName(type);
-        text += type == kGeometryCollection ? R"(","geometries":)" : R"(","coordinates":)";
-    }
-
-    void position(MzPoint point) {
-        const bool isPoint = open_.back().type == MzGeometryTypePoint;
-        if (isPoint && std::isnan(point.x) && std::isnan(point.y)) {
-            text += "[]";
-            return;
+    template <typename Elements, typename Write>
+    void list(const Elements& elements, const Write& write) {
+        text += '[';
+        bool isFirst = true;
+        for (const auto& element : elements) {
+            if (!isFirst) text += ',';
+            isFirst = false;
+            write(element);
         }
-        if (!std::isfinite(point.x) || !std::isfinite(point.y)) {
+        text += ']';
+    }
+
+    void content(const MzGeometryRecord& g) {
+        const MzMultiLineString lines = multiLineStringOf(g);
+        const MzMultiPolygon polygons = multiPolygonOf(g);
+        switch (g.type) {
+            case MzGeometryTypePoint:
+                return point(pointsOf(&g));
+            case MzGeometryTypeLineString:
+            case MzGeometryTypeMultiPoint:
+                return positions(g);
+            case MzGeometryTypePolygon:
+                return rings(polygonOf(g));
+            case MzGeometryTypeMultiLineString:
+                return list(lineStringsOf(&lines),
+                            [this](const MzLineString& line) { positions(line); });
+            case MzGeometryTypeMultiPolygon:
+                return list(polygonsOf(&polygons),
+                            [this](const MzPolygon& polygon) { rings(polygon); });
+            default:
+                return list(membersOf(&g),
+                            [this](const MzGeometryRecord& member) { geometry(member); });
+        }
+    }
+
+    void rings(const MzPolygon& polygon) {
+        list(ringsOf(&polygon), [this](const MzLinearRing& ring) { positions(ring); });
+    }
+
+    template <typename Record>
+    void positions(const Record& record) {
+        list(pointsOf(&record), [this](MzPoint p) { position(p); });
+    }
+
+    void point(std::span<const MzPoint> points) {
+        const bool isEmpty = points.empty() || (std::isnan(points[0].x) && std::isnan(points[0].y));
+        if (isEmpty) {
+            text += "[]";
+        } else {
+            position(points[0]);
+        }
+    }
+
+    void position(MzPoint p) {
+        if (!std::isfinite(p.x) || !std::isfinite(p.y)) {
             throw Failure("GeoJSON", "a coordinate is not a finite number");
         }
-        text += '[' + platform::shortestText(point.x) + ',' + platform::shortestText(point.y) + ']';
+        text += '[' + platform::shortestText(p.x) + ',' + platform::shortestText(p.y) + ']';
     }
-
-    std::vector<Open> open_;
 };
 
 /// A value in the document and where it stands.
@@ -132,76 +135,61 @@ class Node {
     std::string path_;
 };
 
-class WKBWriter {
+/// Walks through a document and builds the geometry that it holds.
+class Reader {
   public:
-    void geometry(const Node& node, int depth) {
-        if (depth > kDeepest) node.fail("collections are nested too deeply");
+    void geometry(const Node& node, unsigned depth) {
         const std::string name = node.at("type").text();
-        const std::uint32_t type = geometryTypeNamed(name);
-        if (type == 0) node.at("type").fail("\"" + name + "\" is not a type of geometry");
-        if (type != kGeometryCollection) return coordinates(type, node.at("coordinates"));
-        header(type);
-        const Node members = node.at("geometries");
-        const std::size_t size = count(members);
-        for (std::size_t i = 0; i < size; ++i) geometry(members.element(i), depth + 1);
+        const std::uint32_t type = MzGeometryTypeNamed(name);
+        if (type == 0 || MzGeometryTypeName(type) != name) {
+            node.at("type").fail("\"" + name + "\" is not a type of geometry");
+        }
+        if (type != MzGeometryTypeGeometryCollection) {
+            return coordinates(type, node.at("coordinates"));
+        }
+        if (depth == MzDeepestCollection) node.fail("collections are nested too deeply");
+        builder.begin(type);
+        forEach(node.at("geometries"), [&](const Node& member) { geometry(member, depth + 1); });
+        builder.end();
     }
 
-    std::vector<std::byte> bytes;
+    MzWKBBuilder builder;
 
   private:
-    void append(const void* data, std::size_t size) {
-        const auto* first = static_cast<const std::byte*>(data);
-        bytes.insert(bytes.end(), first, first + size);
-    }
-
-    void header(std::uint32_t type) {
-        bytes.push_back(std::byte{1});
-        append(&type, sizeof type);
-    }
-
-    std::size_t count(const Node& list) {
+    template <typename Visit>
+    static void forEach(const Node& list, const Visit& visit) {
         const std::size_t size = list.size();
-        if (size > std::numeric_limits<std::uint32_t>::max()) list.fail("too long");
-        const auto written = static_cast<std::uint32_t>(size);
-        append(&written, sizeof written);
-        return size;
-    }
-
-    void pair(double x, double y) {
-        append(&x, sizeof x);
-        append(&y, sizeof y);
+        for (std::size_t i = 0; i < size; ++i) visit(list.element(i));
     }
 
     void position(const Node& node) {
         if (node.size() < 2) node.fail("fewer than two coordinates");
-        pair(node.element(0).number(), node.element(1).number());
+        builder.add({node.element(0).number(), node.element(1).number()});
     }
 
     void positions(const Node& list) {
-        const std::size_t size = count(list);
-        for (std::size_t i = 0; i < size; ++i) position(list.element(i));
+        forEach(list, [this](const Node& node) { position(node); });
     }
 
     void coordinates(std::uint32_t type, const Node& node) {
-        header(type);
+        builder.begin(type);
         if (type == MzGeometryTypePoint) {
             constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-            return node.size() == 0 ? pair(kNaN, kNaN) : position(node);
+            node.size() == 0 ? builder.add({kNaN, kNaN}) : position(node);
+        } else if (type == MzGeometryTypeLineString) {
+            positions(node);
+        } else if (type == MzGeometryTypePolygon) {
+            forEach(node, [this](const Node& ring) {
+                builder.beginRing();
+                positions(ring);
+                builder.end();
+            });
+        } else {
+            forEach(node, [&](const Node& member) { coordinates(MzMemberTypeOf(type), member); });
         }
-        if (type == MzGeometryTypeLineString) return positions(node);
-        const std::size_t size = count(node);
-        for (std::size_t i = 0; i < size; ++i) {
-            if (type == MzGeometryTypePolygon) {
-                positions(node.element(i));
-            } else {
-                coordinates(type - MzGeometryTypeMultiPoint + MzGeometryTypePoint, node.element(i));
-            }
-        }
+        builder.end();
     }
 };
-
-static_assert(MzGeometryTypeMultiPolygon - MzGeometryTypeMultiPoint ==
-              MzGeometryTypePolygon - MzGeometryTypePoint);
 
 Json parsed(std::string_view text) {
     try {
@@ -226,17 +214,19 @@ Node geometryIn(const Node& node) {
 
 }  // namespace
 
-std::string geoJSONFromWKB(std::span<const std::byte> wkb) {
-    GeoJSONWriter writer;
-    walkWKB(wkb, writer);
+std::string geoJSONOf(const MzGeometryRecord& geometry) {
+    Writer writer;
+    writer.geometry(geometry);
     return std::move(writer.text);
 }
 
-std::vector<std::byte> wkbFromGeoJSON(std::string_view text) {
+MzGeometryBlock geometryOfGeoJSON(std::string_view text) {
     const Json document = parsed(text);
-    WKBWriter writer;
-    writer.geometry(geometryIn(Node(document, "")), 0);
-    return std::move(writer.bytes);
+    Reader reader;
+    reader.geometry(geometryIn(Node(document, "")), 0);
+    MzWKBReading reading = MzReadWKB(reader.builder.bytes());
+    if (!reading) throw Failure("GeoJSON", "it holds more than can be counted");
+    return std::move(reading.geometry);
 }
 
 }  // namespace mezalith::host

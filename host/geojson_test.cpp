@@ -4,7 +4,7 @@
 #include "host/failure.hpp"
 #include "host/failure_of.hpp"
 #include "host/wkb_file.hpp"
-#include "host/wkb_walk.hpp"
+#include <mezalith/geometry/wkb_writer.hpp>
 
 #include <filesystem>
 
@@ -16,7 +16,19 @@ namespace {
 const std::filesystem::path kGood = MEZALITH_SOURCE_DIR "/data/map/wkb";
 
 std::string failureOf(const std::string& text) {
-    return mezalith::testing::failureOf([&] { wkbFromGeoJSON(text); });
+    return mezalith::testing::failureOf([&] { geometryOfGeoJSON(text); });
+}
+
+std::string rewritten(const std::string& text) {
+    return geoJSONOf(*geometryOfGeoJSON(text).record());
+}
+
+std::string nested(int levels) {
+    std::string text = R"({"type":"Point","coordinates":[]})";
+    for (int i = 0; i < levels; ++i) {
+        text = R"({"type":"GeometryCollection","geometries":[)" + text + "]}";
+    }
+    return text;
 }
 
 TEST(GeoJSON, WritesEveryType) {
@@ -35,7 +47,7 @@ TEST(GeoJSON, WritesEveryType) {
             R"({"type":"GeometryCollection","geometries":[{"type":"MultiPoint","coordinates":[[1,2]]}]},)"
             R"({"type":"LineString","coordinates":[[1,2],[3,4]]}]})",
         }) {
-        EXPECT_EQ(geoJSONFromWKB(wkbFromGeoJSON(text)), text);
+        EXPECT_EQ(rewritten(text), text);
     }
 }
 
@@ -44,7 +56,9 @@ TEST(GeoJSON, KeepsTheBytesOfLittleEndianFiles) {
     for (const auto& entry : std::filesystem::directory_iterator(kGood)) {
         if (!entry.path().string().ends_with("-le.wkb")) continue;
         const auto bytes = readFile(entry.path().string());
-        EXPECT_EQ(wkbFromGeoJSON(geoJSONFromWKB(bytes)), bytes) << entry.path();
+        const MzGeometryBlock geometry =
+            geometryOfGeoJSON(geoJSONOf(*readWKB(bytes).geometry.record()));
+        EXPECT_EQ(MzWKBOfGeometry(*geometry.record()), bytes) << entry.path();
         ++files;
     }
     EXPECT_GE(files, 14u);
@@ -53,10 +67,10 @@ TEST(GeoJSON, KeepsTheBytesOfLittleEndianFiles) {
 TEST(GeoJSON, TakesTheGeometryOfAFeature) {
     const std::string point = R"({"type":"Point","coordinates":[1,2,99]})";
     const std::string feature = R"({"type":"Feature","properties":{},"geometry":)" + point + "}";
-    EXPECT_EQ(wkbFromGeoJSON(feature), wkbFromGeoJSON(point));
-    EXPECT_EQ(wkbFromGeoJSON(R"({"type":"FeatureCollection","features":[)" + feature + "]}"),
-              wkbFromGeoJSON(point));
-    EXPECT_EQ(wkbFromGeoJSON(point).size(), 21u);
+    for (const std::string& text :
+         {point, feature, R"({"type":"FeatureCollection","features":[)" + feature + "]}"}) {
+        EXPECT_EQ(rewritten(text), R"({"type":"Point","coordinates":[1,2]})");
+    }
 }
 
 TEST(GeoJSON, SaysWhereItIsWrong) {
@@ -65,6 +79,8 @@ TEST(GeoJSON, SaysWhereItIsWrong) {
     EXPECT_EQ(failureOf("[]"), "/: no \"type\"");
     EXPECT_EQ(failureOf("{}"), "/: no \"type\"");
     EXPECT_EQ(failureOf(R"({"type":7})"), "/type: not a text");
+    EXPECT_EQ(failureOf(R"({"type":"point","coordinates":[1,2]})"),
+              "/type: \"point\" is not a type of geometry");
     EXPECT_EQ(failureOf(R"({"type":"Circle"})"), "/type: \"Circle\" is not a type of geometry");
     EXPECT_EQ(failureOf(R"({"type":"Feature","geometry":null})"), "/geometry: no \"type\"");
     EXPECT_EQ(failureOf(R"({"type":"FeatureCollection","features":[]})"),
@@ -79,16 +95,19 @@ TEST(GeoJSON, SaysWhereItIsWrong) {
 }
 
 TEST(GeoJSON, RefusesCollectionsNestedTooDeeply) {
-    std::string text = R"({"type":"Point","coordinates":[]})";
-    for (int i = 0; i < 33; ++i) {
-        text = R"({"type":"GeometryCollection","geometries":[)" + text + "]}";
-    }
-    EXPECT_NE(failureOf(text).find("nested too deeply"), std::string::npos);
+    EXPECT_EQ(rewritten(nested(100)), nested(100));
+    EXPECT_NE(failureOf(nested(101)).find("nested too deeply"), std::string::npos);
+    const std::string deep(1'000'000, '[');
+    EXPECT_EQ(failureOf(deep), "byte 1000001: this is not JSON");
+    const std::string closed = deep + std::string(deep.size(), ']');
+    EXPECT_EQ(failureOf(R"({"type":"LineString","coordinates":)" + closed + "}"),
+              "/coordinates/0: fewer than two coordinates");
 }
 
 TEST(GeoJSON, HasNoNumberForWhatIsNotFinite) {
     const auto bytes = readFile(MEZALITH_SOURCE_DIR "/tests/data/bad/wkb/coord-nan-polygon.wkb");
-    EXPECT_THROW(geoJSONFromWKB(bytes), Failure);
+    const MzWKBReading reading = readWKB(bytes);
+    EXPECT_THROW(geoJSONOf(*reading.geometry.record()), Failure);
 }
 
 }  // namespace

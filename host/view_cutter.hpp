@@ -2,7 +2,7 @@
 #pragma once
 
 #include "host/bounding_box.hpp"
-#include "host/wkb_walk.hpp"
+#include "host/parts.hpp"
 #include <mezalith/projection/map_projection.hpp>
 
 #include <memory>

@@ -31,6 +31,12 @@ std::vector<std::byte> readFile(const std::string& path) {
     return bytes;
 }
 
+MzWKBReading readWKB(std::span<const std::byte> bytes) {
+    MzWKBReading reading = MzReadWKB(bytes, MzTrailingBytes::Allowed);
+    if (!reading) throw Failure(reading.error);
+    return reading;
+}
+
 bool isWKBFile(const std::string& path) {
     return isEqualIgnoringCase(std::filesystem::path(path).extension().string(), ".wkb");
 }

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <mezalith/geometry/wkb_reader.hpp>
+
 #include <cstddef>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -9,6 +12,10 @@ namespace mezalith::host {
 
 /// All bytes of the file at `path`. Throws a Failure with the path when it cannot be read.
 std::vector<std::byte> readFile(const std::string& path);
+
+/// One geometry in any form of Well-Known Binary; what follows it is left alone. Throws a Failure
+/// that names the byte ("byte 9: ...") when there is none.
+MzWKBReading readWKB(std::span<const std::byte> bytes);
 
 /// Whether `path` ends in ".wkb", in letters of either case.
 bool isWKBFile(const std::string& path);

@@ -24,6 +24,15 @@ TEST(ReadFile, SaysWhyItCannot) {
     EXPECT_THROW(readFile(MEZALITH_SOURCE_DIR), Failure);
 }
 
+TEST(ReadWKBOfAFile, LeavesAloneWhatFollowsAndNamesTheByteThatIsWrong) {
+    auto bytes = readFile(kData + "point-oslo-le.wkb");
+    bytes.push_back(std::byte{7});
+    EXPECT_EQ(readWKB(bytes).length, 21u);
+    bytes.resize(20);
+    EXPECT_EQ(mezalith::testing::failureOf([&] { readWKB(bytes); }),
+              "byte 20: expected the coordinates of a point, found the end of the bytes");
+}
+
 TEST(IsWKBFile, GoesByTheEnding) {
     EXPECT_TRUE(isWKBFile("a/b.wkb"));
     EXPECT_TRUE(isWKBFile("B.WKB"));

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "apps/mezalith/arguments.hpp"
-#include "host/wkb_walk.hpp"
+#include "host/parts.hpp"
 #include <mezalith/platform/image.hpp>
 #include <mezalith/style/style.hpp>
 

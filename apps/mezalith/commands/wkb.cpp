@@ -1,17 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "apps/mezalith/arguments.hpp"
 #include "apps/mezalith/command_table.hpp"
+#include "apps/mezalith/geometry_format.hpp"
 #include "apps/mezalith/hexadecimal.hpp"
 #include "apps/mezalith/output_file.hpp"
 #include "apps/mezalith/text_output.hpp"
 #include "host/failure.hpp"
-#include "host/geojson.hpp"
+#include "host/survey.hpp"
 #include "host/wkb_file.hpp"
-#include "host/wkb_walk.hpp"
 
 #include <array>
 #include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace mezalith::app {
@@ -22,88 +24,122 @@ using Bytes = std::vector<std::byte>;
 struct Given {
     std::string file;
     std::string hex;
+    std::string wkt;
     std::string geoJSON;
+    std::optional<GeometryFormat> from;
+    std::optional<GeometryOutput> to;
+    std::optional<std::int32_t> srid;
     std::string output;
+    bool isBigEndian = false;
     bool toGeoJSON = false;
+    bool digits = false;
     bool json = false;
     bool overwrite = false;
 };
 
-/// Runs `work` on what came from `name`, which its failures then tell.
-template <typename Work>
-auto about(const std::string& name, const Work& work) {
-    try {
-        return work();
-    } catch (const host::Failure& failure) {
-        throw failure.within(name);
+/// What a geometry is to be read from.
+struct Input {
+    std::string name;  ///< for messages
+    Bytes bytes;
+    GeometryFormat format;
+};
+
+Input inputOf(const Given& given) {
+    if (!given.hex.empty()) {
+        return {"--hex", bytesFromHexadecimal("--hex", given.hex), GeometryFormat::Binary};
     }
+    if (!given.wkt.empty()) {
+        const auto text = std::as_bytes(std::span(given.wkt));
+        return {"--wkt", {text.begin(), text.end()}, GeometryFormat::WKT};
+    }
+    if (!given.geoJSON.empty()) {
+        return {given.geoJSON, host::readFile(given.geoJSON), GeometryFormat::GeoJSON};
+    }
+    Bytes bytes = host::readFile(given.file);
+    const GeometryFormat format = given.from.value_or(likelyFormatOf(bytes));
+    return {given.file, std::move(bytes), format};
 }
 
-std::string inputName(const Given& given) { return given.file.empty() ? "--hex" : given.file; }
-
-Bytes inputBytes(const Given& given) {
-    if (!given.file.empty()) return host::readFile(given.file);
-    return bytesFromHexadecimal("--hex", given.hex);
-}
-
-std::array<std::pair<const char*, std::size_t>, 5> figuresOf(const host::WKBSurvey& survey,
-                                                             std::size_t size) {
+std::array<std::pair<const char*, std::size_t>, 5> figuresOf(const GivenGeometry& input,
+                                                             const host::Survey& survey) {
     return {{{"parts", survey.parts},
              {"rings", survey.rings},
              {"vertices", survey.vertices},
-             {"bytes", survey.bytes},
-             {"trailing", size - survey.bytes}}};
+             {"bytes", input.reading.length},
+             {"trailing", input.size - input.reading.length}}};
 }
 
-const char* byteOrderOf(const host::WKBSurvey& survey) {
-    return survey.littleEndian ? "little" : "big";
+std::string_view byteOrderOf(const GivenGeometry& input) {
+    if (input.format != GeometryFormat::Binary) return "none";
+    return input.reading.isLittleEndian ? "little" : "big";
 }
 
-std::string textOf(const host::WKBSurvey& survey, std::size_t size) {
+std::string textOf(const GivenGeometry& input, const host::Survey& survey) {
+    const auto& srid = input.reading.srid;
     std::string text = "type ";
-    text += host::geometryTypeName(survey.type);
-    text += std::string("\nbyte-order ") + byteOrderOf(survey);
-    for (const auto& [name, value] : figuresOf(survey, size)) {
+    text += MzGeometryTypeName(input.reading.geometry.record()->type);
+    text.append("\nform ").append(formNameOf(input));
+    text.append("\nbyte-order ").append(byteOrderOf(input));
+    text.append("\nsrid ").append(srid ? std::to_string(*srid) : "none");
+    text.append("\ndimensions ").append(dimensionsOf(input.reading));
+    for (const auto& [name, value] : figuresOf(input, survey)) {
         text += std::string("\n") + name + " " + std::to_string(value);
     }
-    return text + "\nbounds " + boundsText(survey.bounds);
+    return text + "\nbounds " + boundsText(survey.bounds) + "\n";
 }
 
-std::string jsonOf(const host::WKBSurvey& survey, std::size_t size) {
+std::string jsonOf(const GivenGeometry& input, const host::Survey& survey) {
+    const auto& srid = input.reading.srid;
     JsonObject object;
-    object.add("type", host::geometryTypeName(survey.type));
-    object.add("byteOrder", std::string_view(byteOrderOf(survey)));
-    for (const auto& [name, value] : figuresOf(survey, size)) object.add(name, value);
-    return object.addJson("bounds", boundsJson(survey.bounds)).text();
+    object.add("type", MzGeometryTypeName(input.reading.geometry.record()->type));
+    object.add("form", formNameOf(input)).add("byteOrder", byteOrderOf(input));
+    object.addJson("srid", srid ? std::to_string(*srid) : "null");
+    object.add("dimensions", std::string_view(dimensionsOf(input.reading)));
+    for (const auto& [name, value] : figuresOf(input, survey)) object.add(name, value);
+    return object.addJson("bounds", boundsJson(survey.bounds)).text() + "\n";
 }
 
-/// The result as bytes: text with a line end, or Well-Known Binary for a file.
-Bytes resultOf(const Given& given) {
-    std::string text;
-    if (!given.geoJSON.empty()) {
-        const Bytes document = host::readFile(given.geoJSON);
-        const std::string_view view(reinterpret_cast<const char*>(document.data()),
-                                    document.size());
-        Bytes wkb = about(given.geoJSON, [&] { return host::wkbFromGeoJSON(view); });
-        if (!given.output.empty()) return wkb;
-        text = hexadecimalFromBytes(wkb);
-    } else {
-        const Bytes wkb = inputBytes(given);
-        text = about(inputName(given), [&] {
-            if (given.toGeoJSON) return host::geoJSONFromWKB(wkb);
-            const host::WKBSurvey survey = host::surveyWKB(wkb);
-            return given.json ? jsonOf(survey, wkb.size()) : textOf(survey, wkb.size());
-        });
+/// What is to be written; nothing when the geometry is only to be inspected.
+std::optional<GeometryOutput> wantedOutput(const Given& given, const GivenGeometry& input) {
+    std::optional<GeometryOutput> wanted = given.to;
+    if (!wanted && given.toGeoJSON) wanted = GeometryOutput{GeometryFormat::GeoJSON, {}};
+    if (!wanted && !given.geoJSON.empty()) wanted = GeometryOutput{};
+    if (!wanted) return wanted;
+    wanted->binary.isLittleEndian = !given.isBigEndian;
+    wanted->binary.srid = given.srid ? given.srid : input.reading.srid;
+    const bool isDigits = given.digits || given.output.empty();
+    if (wanted->format == GeometryFormat::Binary && isDigits) {
+        wanted->format = GeometryFormat::Digits;
     }
-    text += "\n";
+    return wanted;
+}
+
+Bytes resultOf(const Given& given, const GivenGeometry& input) {
+    const MzGeometryRecord& geometry = *input.reading.geometry.record();
+    if (const auto wanted = wantedOutput(given, input)) return writtenGeometry(geometry, *wanted);
+    const host::Survey survey = host::surveyOf(geometry);
+    const std::string text = given.json ? jsonOf(input, survey) : textOf(input, survey);
     const auto bytes = std::as_bytes(std::span(text));
     return {bytes.begin(), bytes.end()};
 }
 
+Bytes resultOf(const Given& given) {
+    const Input input = inputOf(given);
+    try {
+        return resultOf(given, readGeometry(input.bytes, input.format));
+    } catch (const host::Failure& failure) {
+        throw failure.within(input.name);
+    }
+}
+
 void run(const Given& given) {
-    const int inputs =
-        int{!given.file.empty()} + int{!given.hex.empty()} + int{!given.geoJSON.empty()};
-    if (inputs != 1) throw UsageError("wkb", "one of FILE, --hex and --from-geojson is wanted");
+    int inputs = 0;
+    for (const std::string* input : {&given.file, &given.hex, &given.wkt, &given.geoJSON}) {
+        inputs += input->empty() ? 0 : 1;
+    }
+    if (inputs != 1) {
+        throw UsageError("wkb", "one of FILE, --hex, --wkt and --from-geojson is wanted");
+    }
     if (given.output.empty()) {
         const Bytes result = resultOf(given);
         TextOutput output;
@@ -115,22 +151,64 @@ void run(const Given& given) {
     file.commit();
 }
 
+void addInputs(CLI::App& command, Given& given) {
+    command
+        .add_option("FILE", given.file,
+                    "File with one geometry: Well-Known Binary of any form, its hexadecimal "
+                    "digits, Well-Known Text or GeoJSON")
+        ->type_name("");
+    command.add_option("--hex", given.hex, "The geometry itself, in hexadecimal")->type_name("HEX");
+    command.add_option("--wkt", given.wkt, "The geometry itself, as Well-Known Text")
+        ->type_name("TEXT");
+    command
+        .add_option("--from-geojson", given.geoJSON,
+                    "Make Well-Known Binary, or what --to says, of this file")
+        ->type_name("FILE");
+    command
+        .add_option_function<std::string>(
+            "--from",
+            [&given](const std::string& text) {
+                given.from = geometryFormatArgument("--from", text);
+            },
+            "What FILE is, where its first byte misleads: binary, hex, wkt or geojson")
+        ->type_name("FORM");
+}
+
+void addOutputs(CLI::App& command, Given& given) {
+    auto* toGeoJSON =
+        command.add_flag("--to-geojson", given.toGeoJSON, "Print the geometry as GeoJSON");
+    command
+        .add_option_function<std::string>(
+            "--to",
+            [&given](const std::string& text) { given.to = geometryOutputArgument("--to", text); },
+            "Convert to wkb, iso, ewkb, gpkg (what a GeoPackage holds), wkt or geojson")
+        ->type_name("FORM")
+        ->excludes(toGeoJSON);
+    command.add_flag("--big-endian", given.isBigEndian,
+                     "Write big-endian instead of little-endian");
+    command
+        .add_option("--srid", given.srid,
+                    "SRID of ewkb and gpkg; without it that of the input, if it has one")
+        ->type_name("N");
+    command.add_flag("--digits", given.digits, "Write binary to OUT in hexadecimal, too");
+    command.add_flag("--json", given.json, "Print what it holds as a JSON object");
+    command
+        .add_option("-o,--output", given.output,
+                    "Write here; without it Well-Known Binary is printed in hexadecimal")
+        ->type_name("OUT");
+    command.add_flag("--overwrite", given.overwrite, "Replace OUT when it exists");
+}
+
 }  // namespace
 
 void setUpWKB(CLI::App& command) {
     const auto given = std::make_shared<Given>();
-    command.add_option("FILE", given->file, "File with one geometry")->type_name("");
-    command.add_option("--hex", given->hex, "The geometry itself, in hexadecimal")
-        ->type_name("HEX");
-    command.add_option("--from-geojson", given->geoJSON, "Make Well-Known Binary of this file")
-        ->type_name("FILE");
-    command.add_flag("--to-geojson", given->toGeoJSON, "Print the geometry as GeoJSON");
-    command.add_flag("--json", given->json, "Print what it holds as a JSON object");
-    command
-        .add_option("-o,--output", given->output,
-                    "Write here; without it Well-Known Binary is printed in hexadecimal")
-        ->type_name("OUT");
-    command.add_flag("--overwrite", given->overwrite, "Replace OUT when it exists");
+    command.footer(
+        "Without --to says what the geometry is: its type and form, byte order, SRID and "
+        "dimensions, what it holds and where it lies. Third and fourth coordinates are left out of "
+        "what is converted; everything else keeps its last bit.");
+    addInputs(command, *given);
+    addOutputs(command, *given);
     command.callback([given] { run(*given); });
 }
 
