@@ -51,7 +51,7 @@ MapView::MapView(ViewFrame frame)
                             projection.longitudeLatitudeForProjectedCoordinate(centre)) *
                         unitsPerPixel_ / kPixelSize;
     region_ = MzClippingRegion::initWithDrawContext(this);
-    region_->setMinSpacing(kSpacing / frame_.pixelRatio * unitsPerPixel_);
+    region_->setMinSpacing(frame_.spacing / frame_.pixelRatio * unitsPerPixel_);
     region_->setExact(true);
     cutter_ = std::make_unique<ViewCutter>(projection, BoundingBox::of(region_->clippingRect()));
 }

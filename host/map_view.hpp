@@ -21,6 +21,10 @@ struct ViewFrame {
     MzSize size{1200, 800};  ///< view points
     double pixelRatio = 1;   ///< backing pixels per view point
     double scaleFactor = 1;  ///< by which widths, dashes and symbols are multiplied
+    /// How close two points of an outline may come before one of them is dropped, in backing
+    /// pixels. Half a pixel cannot be seen in any one outline; where a picture is magnified, it
+    /// can.
+    double spacing = 0.5;
 };
 
 /// A map view: the draw context of everything that is drawn in one frame. It fits the frame's area
@@ -31,11 +35,6 @@ class MapView final : public MzDrawContext {
     /// Metres to a pixel, for the scale denominator.
     /// Source: OGC 05-077r4, Symbology Encoding, clause 10.2: the standardised rendering pixel.
     static constexpr double kPixelSize = 0.00028;
-
-    /// How close two points of an outline may come before one of them is dropped, in backing
-    /// pixels. Half a pixel cannot be seen in any one outline, while at the region's own two points
-    /// a coast and a border that run along the same points come apart, as each drops others.
-    static constexpr double kSpacing = 0.5;
 
     /// Throws a Failure when the area is empty, not finite, or out of the projection's reach.
     explicit MapView(ViewFrame frame);

@@ -94,12 +94,14 @@ TEST(MapView, ScalesByTheStandardisedPixel) {
     EXPECT_NEAR(view.scaleDenominator(), view.projectedUnitsPerPixel() / 0.00028, 1e-6);
 }
 
-TEST(MapView, KeepsVerticesHalfABackingPixelApart) {
+TEST(MapView, KeepsVerticesAFractionOfABackingPixelApart) {
     ViewFrame frame = worldFrame();
     frame.pixelRatio = 2;
     const MapView view(frame);
     EXPECT_EQ(view.clippingRegion()->minSpacing(), 0.5 / 2 * 0.3);
     EXPECT_TRUE(view.clippingRegion()->exact());
+    frame.spacing = 0.25;
+    EXPECT_EQ(MapView(frame).clippingRegion()->minSpacing(), 0.25 / 2 * 0.3);
     EXPECT_TRUE(MzEqualRects(view.clippingRegion()->clippingRect(),
                              {{-180 - 15, -90 - 15}, {360 + 30, 180 + 30}}));
 }

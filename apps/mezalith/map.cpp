@@ -103,12 +103,13 @@ host::BoundingBox Map::bounds() const {
     return box;
 }
 
-void Map::load(double pixelRatio) {
+void Map::load(double pixelRatio, double spacing) {
     host::ViewFrame frame{.projection = options_.projection,
                           .area = {},
                           .size = options_.size,
                           .pixelRatio = pixelRatio,
-                          .scaleFactor = options_.scaleFactor};
+                          .scaleFactor = options_.scaleFactor,
+                          .spacing = spacing};
     readLayers(areaToRead(frame, options_.area));
     frame.area = options_.area.value_or(bounds());
     if (frame.area.isEmpty()) throw host::Failure(sources_.front(), "there is nothing to draw");

@@ -4,6 +4,7 @@
 #include "apps/mezalith/arguments.hpp"
 #include "host/failure.hpp"
 #include "host/letter_case.hpp"
+#include "host/map_view.hpp"
 
 #include <array>
 #include <filesystem>
@@ -22,6 +23,11 @@ PictureFormat pictureFormatOf(const std::string& path) {
 
 double Picture::defaultPixelRatio(PictureFormat format) {
     return format == PictureFormat::PNG ? 1 : 4;
+}
+
+double Picture::spacingOf(PictureFormat format) {
+    const double ofViews = host::ViewFrame().spacing;
+    return format == PictureFormat::PNG ? ofViews : ofViews / 2;
 }
 
 Picture::Picture(const std::string& path, bool overwrite, MzSize size,

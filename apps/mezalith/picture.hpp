@@ -24,9 +24,13 @@ PictureFormat pictureFormatOf(const std::string& path);
 /// host::Failure with the file's path.
 class Picture {
   public:
-    /// Backing pixels per view point where nobody says: the port's detail in documents, and the
-    /// spacing of vertices in both. A quarter of a point is a dot of a printer of 300 to the inch.
+    /// Backing pixels per view point where nobody says: the port's detail in documents, and what
+    /// the spacing of vertices is counted in. A quarter of a point is a dot of a printer of 300 to
+    /// the inch.
     static double defaultPixelRatio(PictureFormat format);
+    /// The spacing of vertices, backing pixels: that of views, or in documents, which are printed
+    /// and magnified, half as much: by default half a dot of a printer of 600 to the inch.
+    static double spacingOf(PictureFormat format);
 
     /// `size` is in view points. The file at `path` appears with `finish`.
     Picture(const std::string& path, bool overwrite, MzSize size, std::optional<double> pixelRatio);
@@ -34,6 +38,7 @@ class Picture {
     /// To draw into. A failure to write is told by `finish`.
     platform::GraphicsPort& port() { return *port_; }
     double pixelRatio() const { return pixelRatio_; }
+    double spacing() const { return spacingOf(format_); }
 
     void finish();
 

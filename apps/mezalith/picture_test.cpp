@@ -53,6 +53,12 @@ TEST_F(PictureTest, HasPixelsByItsRatio) {
     EXPECT_EQ(draw(path("two.png"), 2).substr(16, 8), std::string_view("\0\0\0\x28\0\0\0\x14", 8));
 }
 
+TEST_F(PictureTest, KeepsVerticesCloserTogetherInDocuments) {
+    EXPECT_EQ(Picture(path("a.png"), false, {20, 10}, 2).spacing(), 0.5);
+    EXPECT_EQ(Picture(path("a.pdf"), false, {20, 10}, 2).spacing(), 0.25);
+    EXPECT_EQ(Picture(path("a.svg"), false, {20, 10}, 2).spacing(), 0.25);
+}
+
 TEST_F(PictureTest, AppearsOnlyWhenFinished) {
     { const Picture picture(path("a.svg"), false, {20, 10}, std::nullopt); }
     EXPECT_TRUE(fs::is_empty(folder_.path()));

@@ -104,7 +104,8 @@ void run(const Given& given) {
                         .area = options.area.value_or(kWorld),
                         .size = mapSize,
                         .pixelRatio = picture.pixelRatio(),
-                        .scaleFactor = options.scaleFactor});
+                        .scaleFactor = options.scaleFactor,
+                        .spacing = picture.spacing()});
     host::IsogonicLines lines(field, view.seen());
     const std::vector<Isogon> isogons =
         isogonsInSight(view, lines, isogonicLevels(lines.least(), lines.greatest(), given.step));

@@ -119,7 +119,8 @@ void draw(const Given& given, const Found& found) {
                         .area = options.area.value_or(area),
                         .size = options.size,
                         .pixelRatio = picture.pixelRatio(),
-                        .scaleFactor = options.scaleFactor});
+                        .scaleFactor = options.scaleFactor,
+                        .spacing = picture.spacing()});
     const platform::GraphicsContext context(&picture.port());
     fillBackground(picture.port(), options.size, *options.background);
     const auto show = [&](const Features& features) {

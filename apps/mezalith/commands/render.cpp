@@ -45,7 +45,7 @@ void run(const Given& given) {
     const std::optional<host::Callouts> callouts = calloutsOf(given.callouts);
     const ViewOptions& options = map.options();
     Picture picture(given.output, given.overwrite, options.size, options.pixelRatio);
-    map.load(picture.pixelRatio());
+    map.load(picture.pixelRatio(), picture.spacing());
     const platform::GraphicsContext context(&picture.port());
     fillBackground(picture.port(), options.size, *options.background);
     drawLayers(map, given.map.quiet);
