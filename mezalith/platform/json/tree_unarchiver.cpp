@@ -6,6 +6,7 @@
 #include <mezalith/platform/number_text.hpp>
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -83,7 +84,8 @@ bool areSameDoubles(const ArchiveBytes& a, const ArchiveBytes& b) {
         std::memcpy(&x, &a[i], sizeof x);
         std::memcpy(&y, &b[i], sizeof y);
         const bool areNaN = std::isnan(x) && std::isnan(y);
-        if (!areNaN && std::memcmp(&x, &y, sizeof x) != 0) return false;
+        const bool isSame = std::bit_cast<std::uint64_t>(x) == std::bit_cast<std::uint64_t>(y);
+        if (!areNaN && !isSame) return false;
     }
     return true;
 }
@@ -224,7 +226,7 @@ class TreeUnarchiver final : public KeyedUnarchiver {
     std::vector<std::byte> decodeBytes(std::string_view key) const override {
         const ArchiveValue* value = find(key);
         if (value != nullptr && value->as<ArchiveObject>() != nullptr && !bytesOf(*value)) {
-            reading_.fail(placeOf(key), value->offset, "no \"doubles\" with the same as \"bytes\"");
+            reading_.fail(placeOf(key), value->offset, R"(no "doubles" with the same as "bytes")");
             return {};
         }
         return decoded<ArchiveBytes>(key, bytesOf, "bytes in base64 or a list of numbers");
