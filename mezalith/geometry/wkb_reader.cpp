@@ -20,17 +20,14 @@ class Input {
 
     /// Null when there are fewer, which `what` then names.
     const std::byte* take(std::size_t bytes, const char* what) {
-        if (bytes > left()) {
-            fail(bytes_.size(), what, "the end of the bytes");
-            return nullptr;
-        }
+        if (bytes > left()) return missing(what);
         const std::byte* taken = bytes_.data() + at_;
         at_ += bytes;
         return taken;
     }
 
     /// Always false.
-    bool fail(std::size_t offset, std::string expected, std::string found) {
+    [[gnu::noinline]] bool fail(std::size_t offset, std::string expected, std::string found) {
         error = {offset, std::move(expected), std::move(found)};
         return false;
     }
@@ -38,6 +35,12 @@ class Input {
     MzReadError error;
 
   private:
+    // Apart from what is read all the time.
+    [[gnu::noinline]] const std::byte* missing(const char* what) {
+        fail(bytes_.size(), what, "the end of the bytes");
+        return nullptr;
+    }
+
     std::span<const std::byte> bytes_;
     std::size_t at_;
 };
@@ -68,7 +71,6 @@ std::string namedType(std::uint32_t type) {
 bool readCode(std::uint32_t code, Head& head) {
     const std::uint32_t plain = code & ~Head::kEWKBFlags;
     const std::uint32_t dimensions = plain / 1000;
-    head.code = code;
     head.type = plain % 1000;
     head.hasZ = (code & kEWKBZ) != 0 || dimensions == 1 || dimensions == 3;
     head.hasM = (code & kEWKBM) != 0 || dimensions == 2 || dimensions == 3;
@@ -76,22 +78,38 @@ bool readCode(std::uint32_t code, Head& head) {
            head.type <= MzGeometryTypeGeometryCollection;
 }
 
-bool readHead(Input& input, Head& head, std::uint32_t wanted) {
-    const std::byte* bytes = input.take(kHeaderBytes, "the byte order and type of a geometry");
-    if (bytes == nullptr) return false;
+/// Reads the rest of a head whose code is not just the type that is wanted.
+[[gnu::noinline]] bool readRarerHead(Input& input, Head& head, std::uint32_t wanted) {
     const std::size_t offset = input.at() - sizeof(std::uint32_t);
-    head.order = orderOfElement(bytes);
-    const std::uint32_t code = loadInt(bytes + 1, head.order);
-    if (!readCode(code, head)) {
-        return input.fail(offset, namedType(wanted), "type code " + std::to_string(code));
+    if (!readCode(head.code, head)) {
+        return input.fail(offset, namedType(wanted), "type code " + std::to_string(head.code));
     }
     if (wanted != 0 && head.type != wanted) {
         return input.fail(offset, namedType(wanted), namedType(head.type));
     }
-    if ((code & kEWKBSRID) == 0) return true;
+    if ((head.code & kEWKBSRID) == 0) return true;
     const std::byte* srid = input.take(sizeof(std::uint32_t), "an SRID");
     if (srid != nullptr) head.srid = static_cast<std::int32_t>(loadInt(srid, head.order));
     return srid != nullptr;
+}
+
+bool readHead(Input& input, Head& head, std::uint32_t wanted) {
+    const std::byte* bytes = input.take(kHeaderBytes, "the byte order and type of a geometry");
+    if (bytes == nullptr) return false;
+    head.order = orderOfElement(bytes);
+    head.code = loadInt(bytes + 1, head.order);
+    if (wanted == 0 || head.code != wanted) return readRarerHead(input, head, wanted);
+    head.type = wanted;
+    return true;
+}
+
+/// Always false.
+[[gnu::noinline]] bool refuseCount(Input& input, std::uint32_t count, std::size_t least,
+                                   const char* what) {
+    return input.fail(input.at() - sizeof count,
+                      "at most " + std::to_string(input.left() / least) + " " + what + " in the " +
+                          std::to_string(input.left()) + " bytes that follow",
+                      std::to_string(count));
 }
 
 /// Reads a count of things that take at least `least` bytes each.
@@ -100,12 +118,7 @@ bool readCount(Input& input, const Head& head, std::size_t least, const char* wh
     const std::byte* bytes = input.take(sizeof count, "a count");
     if (bytes == nullptr) return false;
     count = loadInt(bytes, head.order);
-    const std::size_t most = input.left() / least;
-    if (count <= most) return true;
-    return input.fail(input.at() - sizeof count,
-                      "at most " + std::to_string(most) + " " + what + " in the " +
-                          std::to_string(input.left()) + " bytes that follow",
-                      std::to_string(count));
+    return count * least <= input.left() || refuseCount(input, count, least, what);
 }
 
 /// Walks through a geometry. It measures the block that the geometry needs or, when `kFills`, fills
