@@ -94,13 +94,8 @@ GeosGeometry gathered(const Parts& parts, const MemberOf& memberOf, const Combin
     return GeosGeometry(combine(raw));
 }
 
-GeosGeometry collectionOf(int type, std::vector<GEOSGeometry*>& members) {
-    return GeosGeometry(GEOSGeom_createCollection_r(geosContext(), type, members.data(),
-                                                    static_cast<unsigned>(members.size())));
-}
-
 /// Rings without points are left out.
-GeosGeometry polygonOf(const MzPolygon& polygon) {
+GeosGeometry polygonOfRings(const MzPolygon& polygon) {
     std::vector<Points> rings;
     for (const MzLinearRing& ring : ringsOf(&polygon)) {
         if (!pointsOf(&ring).empty()) rings.emplace_back(pointsOf(&ring));
@@ -112,48 +107,51 @@ GeosGeometry polygonOf(const MzPolygon& polygon) {
     });
 }
 
-GeosGeometry pointsOfRecord(const MzMultiPoint* points) {
-    return gathered(pointsOf(points), pointOf, [](std::vector<GEOSGeometry*>& made) {
-        return collectionOf(GEOS_MULTIPOINT, made).release();
+GeosGeometry lineOf(const MzLineString& line) {
+    return madeOf(pointsOf(&line), GEOSGeom_createLineString_r);
+}
+
+template <typename Parts, typename MemberOf>
+GeosGeometry collectionOf(int type, const Parts& parts, const MemberOf& memberOf) {
+    return gathered(parts, memberOf, [type](std::vector<GEOSGeometry*>& made) {
+        return GEOSGeom_createCollection_r(geosContext(), type, made.data(),
+                                           static_cast<unsigned>(made.size()));
     });
 }
 
-GeosGeometry polygonsOfRecord(const MzMultiPolygon* polygons) {
-    return gathered(polygonsOf(polygons), polygonOf, [](std::vector<GEOSGeometry*>& made) {
-        return collectionOf(GEOS_MULTIPOLYGON, made).release();
-    });
+/// A point of NaNs is one without coordinates.
+GeosGeometry pointOrNone(Points points) {
+    const bool isNone = points.empty() || (std::isnan(points[0].x) && std::isnan(points[0].y));
+    return isNone ? GeosGeometry(GEOSGeom_createEmptyPoint_r(geosContext())) : pointOf(points[0]);
 }
 
-/// Null for the abstract geometry and for null.
-GeosGeometry made(const MzGeometry* geometry) {
-    if (const auto* point = dynamic_cast<const MzPointGeometry*>(geometry)) {
-        return pointOf(*point->pointGeometry());
+/// Null for a type that is none.
+GeosGeometry made(const MzGeometryRecord& geometry) {
+    switch (geometry.type) {
+        case MzGeometryTypePoint:
+            return pointOrNone(pointsOf(&geometry));
+        case MzGeometryTypeLineString:
+            return lineOf(lineStringOf(geometry));
+        case MzGeometryTypePolygon:
+            return polygonOfRings(polygonOf(geometry));
+        case MzGeometryTypeMultiPoint:
+            return collectionOf(GEOS_MULTIPOINT, pointsOf(&geometry), pointOf);
+        case MzGeometryTypeMultiLineString: {
+            const MzMultiLineString lines = multiLineStringOf(geometry);
+            return collectionOf(GEOS_MULTILINESTRING, lineStringsOf(&lines), lineOf);
+        }
+        case MzGeometryTypeMultiPolygon: {
+            const MzMultiPolygon polygons = multiPolygonOf(geometry);
+            return collectionOf(GEOS_MULTIPOLYGON, polygonsOf(&polygons), polygonOfRings);
+        }
+        case MzGeometryTypeGeometryCollection:
+            return collectionOf(GEOS_GEOMETRYCOLLECTION, membersOf(&geometry), made);
+        default:
+            return nullptr;
     }
-    if (const auto* line = dynamic_cast<const MzLineStringGeometry*>(geometry)) {
-        return madeOf(pointsOf(line->lineStringGeometry()), GEOSGeom_createLineString_r);
-    }
-    if (const auto* polygon = dynamic_cast<const MzPolygonGeometry*>(geometry)) {
-        return polygonOf(*polygon->polygonGeometry());
-    }
-    if (const auto* points = dynamic_cast<const MzMultiPointGeometry*>(geometry)) {
-        return pointsOfRecord(points->multiPointGeometry());
-    }
-    if (const auto* polygons = dynamic_cast<const MzMultiPolygonGeometry*>(geometry)) {
-        return polygonsOfRecord(polygons->multiPolygonGeometry());
-    }
-    return nullptr;
 }
 
 // --- and back ---------------------------------------------------------------
-
-std::vector<MzPoint> pointsOfGeos(const GEOSGeometry* line) {
-    const GEOSCoordSequence* sequence = GEOSGeom_getCoordSeq_r(geosContext(), line);
-    unsigned count = 0;
-    GEOSCoordSeq_getSize_r(geosContext(), sequence, &count);
-    std::vector<MzPoint> points(count);
-    if (count > 0) GEOSCoordSeq_copyToBuffer_r(geosContext(), sequence, &points.front().x, 0, 0);
-    return points;
-}
 
 template <typename Record>
 Record recordOfPoints(std::vector<MzPoint>& points) {
@@ -163,17 +161,13 @@ Record recordOfPoints(std::vector<MzPoint>& points) {
 /// A polygon record and its arrays, which may not move.
 struct OwnedPolygon {
     explicit OwnedPolygon(const GEOSGeometry* polygon) {
-        const int holes = GEOSGetNumInteriorRings_r(geosContext(), polygon);
-        points.reserve(static_cast<std::size_t>(holes) + 1);
-        addRing(GEOSGetExteriorRing_r(geosContext(), polygon));
-        for (int i = 0; i < holes; ++i) {
-            addRing(GEOSGetInteriorRingN_r(geosContext(), polygon, i));
+        const auto given = ringsOfGeos(polygon);
+        points.reserve(given.size());
+        rings.reserve(given.size());
+        for (const GEOSGeometry* ring : given) {
+            rings.push_back(recordOfPoints<MzLinearRing>(points.emplace_back(pointsOfGeos(ring))));
         }
-        for (std::vector<MzPoint>& ring : points)
-            rings.push_back(recordOfPoints<MzLinearRing>(ring));
     }
-
-    void addRing(const GEOSGeometry* ring) { points.push_back(pointsOfGeos(ring)); }
     MzPolygon record() { return {static_cast<std::uint32_t>(rings.size()), rings.data()}; }
 
     std::vector<std::vector<MzPoint>> points;
@@ -192,36 +186,6 @@ std::shared_ptr<MzGeometry> multiPolygonOf(std::span<const GEOSGeometry* const> 
         {static_cast<std::uint32_t>(records.size()), records.data()});
 }
 
-/// The simple members of a geometry by their dimension, those without points left out.
-struct Members {
-    std::vector<MzPoint> points;
-    std::vector<const GEOSGeometry*> lines;
-    std::vector<const GEOSGeometry*> polygons;
-
-    void add(const GEOSGeometry* geometry) {
-        if (GEOSisEmpty_r(geosContext(), geometry) != 0) return;
-        switch (GEOSGeomTypeId_r(geosContext(), geometry)) {
-            case GEOS_POINT:
-                points.push_back(pointsOfGeos(geometry).front());
-                break;
-            case GEOS_LINESTRING:
-            case GEOS_LINEARRING:
-                lines.push_back(geometry);
-                break;
-            case GEOS_POLYGON:
-                polygons.push_back(geometry);
-                break;
-            default:
-                addMembers(geometry);
-        }
-    }
-
-    void addMembers(const GEOSGeometry* collection) {
-        const int count = GEOSGetNumGeometries_r(geosContext(), collection);
-        for (int i = 0; i < count; ++i) add(GEOSGetGeometryN_r(geosContext(), collection, i));
-    }
-};
-
 }  // namespace
 
 void DestroyGeosGeometry::operator()(GEOSGeometry* geometry) const {
@@ -232,18 +196,78 @@ GEOSContextHandle_t geosContext() { return context().handle(); }
 
 std::string takeGeosError() { return context().takeReport(); }
 
-GeosGeometry toGeos(const MzGeometry* geometry, std::string* error) {
-    GeosGeometry result = made(geometry);
-    if (result == nullptr && error != nullptr) {
-        const std::string report = takeGeosError();
-        *error = report.empty() ? "a geometry without coordinates" : report;
+std::optional<MzGeometryRecord> recordOf(const MzGeometry* geometry) {
+    if (const auto* point = dynamic_cast<const MzPointGeometry*>(geometry)) {
+        return geometryOf(const_cast<MzPoint*>(point->pointGeometry()));
     }
+    if (const auto* line = dynamic_cast<const MzLineStringGeometry*>(geometry)) {
+        return geometryOf(*line->lineStringGeometry());
+    }
+    if (const auto* polygon = dynamic_cast<const MzPolygonGeometry*>(geometry)) {
+        return geometryOf(*polygon->polygonGeometry());
+    }
+    if (const auto* points = dynamic_cast<const MzMultiPointGeometry*>(geometry)) {
+        return geometryOf(*points->multiPointGeometry());
+    }
+    if (const auto* polygons = dynamic_cast<const MzMultiPolygonGeometry*>(geometry)) {
+        return geometryOf(*polygons->multiPolygonGeometry());
+    }
+    return std::nullopt;
+}
+
+GeosGeometry toGeos(const MzGeometryRecord& geometry, std::string* error) {
+    GeosGeometry result = made(geometry);
+    if (result == nullptr && error != nullptr) *error = takeGeosError();
     return result;
 }
 
+GeosGeometry toGeos(const MzGeometry* geometry, std::string* error) {
+    if (const auto record = recordOf(geometry)) return toGeos(*record, error);
+    if (error != nullptr) *error = "a geometry without coordinates";
+    return nullptr;
+}
+
+void GeosMembers::add(const GEOSGeometry* geometry) {
+    if (GEOSisEmpty_r(geosContext(), geometry) != 0) return;
+    switch (GEOSGeomTypeId_r(geosContext(), geometry)) {
+        case GEOS_POINT:
+            points.push_back(pointsOfGeos(geometry).front());
+            return;
+        case GEOS_LINESTRING:
+        case GEOS_LINEARRING:
+            lines.push_back(geometry);
+            return;
+        case GEOS_POLYGON:
+            polygons.push_back(geometry);
+            return;
+        default:
+            break;
+    }
+    const int count = GEOSGetNumGeometries_r(geosContext(), geometry);
+    for (int i = 0; i < count; ++i) add(GEOSGetGeometryN_r(geosContext(), geometry, i));
+}
+
+std::vector<MzPoint> pointsOfGeos(const GEOSGeometry* line) {
+    const GEOSCoordSequence* sequence = GEOSGeom_getCoordSeq_r(geosContext(), line);
+    unsigned count = 0;
+    GEOSCoordSeq_getSize_r(geosContext(), sequence, &count);
+    std::vector<MzPoint> points(count);
+    if (count > 0) GEOSCoordSeq_copyToBuffer_r(geosContext(), sequence, &points.front().x, 0, 0);
+    return points;
+}
+
+std::vector<const GEOSGeometry*> ringsOfGeos(const GEOSGeometry* polygon) {
+    const int holes = GEOSGetNumInteriorRings_r(geosContext(), polygon);
+    std::vector<const GEOSGeometry*> rings{GEOSGetExteriorRing_r(geosContext(), polygon)};
+    rings.reserve(static_cast<std::size_t>(holes) + 1);
+    for (int i = 0; i < holes; ++i) {
+        rings.push_back(GEOSGetInteriorRingN_r(geosContext(), polygon, i));
+    }
+    return rings;
+}
+
 MzGeometries fromGeos(const GEOSGeometry* geometry) {
-    Members members;
-    members.add(geometry);
+    GeosMembers members(geometry);
     MzGeometries pieces;
     if (members.points.size() == 1) {
         pieces.push_back(MzPointGeometry::geometryWithPoint(members.points.front()));

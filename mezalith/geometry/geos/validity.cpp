@@ -1,15 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "mezalith/geometry/geos/geos_geometry.hpp"
 #include <mezalith/geometry/geos/validity.hpp>
-#include <mezalith/geometry/line_string_geometry.hpp>
-#include <mezalith/geometry/multi_point_geometry.hpp>
-#include <mezalith/geometry/multi_polygon_geometry.hpp>
-#include <mezalith/geometry/point_geometry.hpp>
-#include <mezalith/geometry/polygon_geometry.hpp>
+#include <mezalith/geometry/wkb_builder.hpp>
+#include <mezalith/geometry/wkb_reader.hpp>
+#include <mezalith/geometry/wkb_writer.hpp>
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
 #include <limits>
 #include <span>
 #include <utility>
@@ -22,9 +19,15 @@ using detail::geosContext;
 using detail::GeosGeometry;
 
 constexpr const char* kTooFewPoints = "Too few points in geometry component";
-constexpr double kNowhere = std::numeric_limits<double>::quiet_NaN();
+constexpr MzPoint kNowhere{std::numeric_limits<double>::quiet_NaN(),
+                           std::numeric_limits<double>::quiet_NaN()};
 
 bool isFinite(MzPoint p) { return std::isfinite(p.x) && std::isfinite(p.y); }
+
+bool isNone(const MzGeometryRecord& point) {
+    return std::ranges::all_of(pointsOf(&point),
+                               [](MzPoint p) { return std::isnan(p.x) && std::isnan(p.y); });
+}
 
 // --- defects that a geometry may not have on its way to the library ---------------------------
 
@@ -37,12 +40,14 @@ Defect defectOfPoints(Points points) {
     return MzDefect{"Invalid Coordinate", *place};
 }
 
-Defect defectOfLine(Points points) {
+Defect defectOfLine(const MzLineString& line) {
+    const Points points = pointsOf(&line);
     if (points.size() == 1) return MzDefect{kTooFewPoints, points.front()};
     return defectOfPoints(points);
 }
 
-Defect defectOfRing(Points points) {
+Defect defectOfRing(const MzLinearRing& ring) {
+    const Points points = pointsOf(&ring);
     if (points.empty()) return std::nullopt;
     if (auto defect = defectOfPoints(points)) return defect;
     if (!MzEqualPoints(points.front(), points.back())) {
@@ -52,152 +57,220 @@ Defect defectOfRing(Points points) {
     return std::nullopt;
 }
 
-Defect defectOfRings(const MzPolygon& polygon) {
-    for (const MzLinearRing& ring : ringsOf(&polygon)) {
-        if (auto defect = defectOfRing(pointsOf(&ring))) return defect;
+template <typename Parts, typename DefectOfPart>
+Defect firstDefect(const Parts& parts, const DefectOfPart& defectOfPart) {
+    for (const auto& part : parts) {
+        if (auto defect = defectOfPart(part)) return defect;
     }
     return std::nullopt;
 }
 
-Defect plainDefectOf(const MzGeometry* geometry) {
-    if (const auto* point = dynamic_cast<const MzPointGeometry*>(geometry)) {
-        return defectOfPoints({point->pointGeometry(), 1});
-    }
-    if (const auto* points = dynamic_cast<const MzMultiPointGeometry*>(geometry)) {
-        return defectOfPoints(pointsOf(points->multiPointGeometry()));
-    }
-    if (const auto* line = dynamic_cast<const MzLineStringGeometry*>(geometry)) {
-        return defectOfLine(pointsOf(line->lineStringGeometry()));
-    }
-    if (const auto* polygon = dynamic_cast<const MzPolygonGeometry*>(geometry)) {
-        return defectOfRings(*polygon->polygonGeometry());
-    }
-    if (const auto* polygons = dynamic_cast<const MzMultiPolygonGeometry*>(geometry)) {
-        for (const MzPolygon& polygon : polygonsOf(polygons->multiPolygonGeometry())) {
-            if (auto defect = defectOfRings(polygon)) return defect;
+Defect defectOfRings(const MzPolygon& polygon) {
+    return firstDefect(ringsOf(&polygon), defectOfRing);
+}
+
+Defect plainDefectOf(const MzGeometryRecord& geometry) {
+    switch (geometry.type) {
+        case MzGeometryTypePoint:
+            return isNone(geometry) ? std::nullopt : defectOfPoints(pointsOf(&geometry));
+        case MzGeometryTypeMultiPoint:
+            return defectOfPoints(pointsOf(&geometry));
+        case MzGeometryTypeLineString:
+            return defectOfLine(lineStringOf(geometry));
+        case MzGeometryTypeMultiLineString: {
+            const MzMultiLineString lines = multiLineStringOf(geometry);
+            return firstDefect(lineStringsOf(&lines), defectOfLine);
         }
-        return std::nullopt;
+        case MzGeometryTypePolygon:
+            return defectOfRings(polygonOf(geometry));
+        case MzGeometryTypeMultiPolygon: {
+            const MzMultiPolygon polygons = multiPolygonOf(geometry);
+            return firstDefect(polygonsOf(&polygons), defectOfRings);
+        }
+        case MzGeometryTypeGeometryCollection:
+            return firstDefect(membersOf(&geometry), plainDefectOf);
+        default:
+            return MzDefect{"Without coordinates", kNowhere};
     }
-    return MzDefect{"Without coordinates", {kNowhere, kNowhere}};
 }
 
 MzPoint placeOf(const GEOSGeometry* point) {
-    MzPoint place{kNowhere, kNowhere};
+    MzPoint place = kNowhere;
     if (point == nullptr) return place;
     GEOSGeomGetX_r(geosContext(), point, &place.x);
     GEOSGeomGetY_r(geosContext(), point, &place.y);
     return place;
 }
 
-Defect defectByLibrary(const MzGeometry* geometry) {
+Defect defectByLibrary(const MzGeometryRecord& geometry) {
     std::string error;
     const GeosGeometry made = detail::toGeos(geometry, &error);
-    if (made == nullptr) return MzDefect{error, {kNowhere, kNowhere}};
+    if (made == nullptr) return MzDefect{error, kNowhere};
     char* text = nullptr;
     GEOSGeometry* place = nullptr;
     const char truth = GEOSisValidDetail_r(geosContext(), made.get(), 0, &text, &place);
-    if (truth == 1) return std::nullopt;
     const GeosGeometry owned(place);
-    const MzDefect defect{text != nullptr ? text : detail::takeGeosError(), placeOf(place)};
+    if (truth == 1) return std::nullopt;
+    MzDefect defect{text != nullptr ? text : detail::takeGeosError(), placeOf(place)};
     GEOSFree_r(geosContext(), text);
     return defect;
 }
 
 // --- repair -----------------------------------------------------------------------------------
 
-/// A polygon of the usable rings of another: those points that are finite, closed, three at least.
-class UsableRings {
-  public:
-    explicit UsableRings(const MzPolygon& polygon) {
-        const auto given = ringsOf(&polygon);
-        points_.reserve(given.size());
-        for (const MzLinearRing& ring : given) addRing(pointsOf(&ring));
-    }
-
-    MzPolygon record() {
-        rings_.clear();
-        for (auto& points : points_) {
-            rings_.push_back({static_cast<std::uint32_t>(points.size()), points.data()});
-        }
-        return {static_cast<std::uint32_t>(rings_.size()), rings_.data()};
-    }
-
-  private:
-    void addRing(Points given) {
-        std::vector<MzPoint> points;
-        std::ranges::copy_if(given, std::back_inserter(points), isFinite);
-        if (points.size() > 2) points_.push_back(std::move(points));
-    }
-
-    std::vector<std::vector<MzPoint>> points_;
-    std::vector<MzLinearRing> rings_;
-};
-
-std::shared_ptr<MzGeometry> usablePolygons(std::span<const MzPolygon> polygons) {
-    std::vector<UsableRings> usable;
-    usable.reserve(polygons.size());
-    std::vector<MzPolygon> records;
-    records.reserve(polygons.size());
-    for (const MzPolygon& polygon : polygons) {
-        records.push_back(usable.emplace_back(polygon).record());
-    }
-    return MzMultiPolygonGeometry::geometryWithMultiPolygon(
-        {static_cast<std::uint32_t>(records.size()), records.data()});
+void addAll(MzWKBBuilder& builder, Points points) {
+    for (const MzPoint point : points) builder.add(point);
 }
 
-/// Of the geometry what the library can take; null for nothing.
-std::shared_ptr<MzGeometry> usablePartOf(const MzGeometry* geometry) {
-    if (const auto* polygon = dynamic_cast<const MzPolygonGeometry*>(geometry)) {
-        return usablePolygons({polygon->polygonGeometry(), 1});
+/// The finite points of a line or ring, if there are enough of them.
+std::vector<MzPoint> usable(Points points, std::size_t least) {
+    std::vector<MzPoint> finite;
+    std::ranges::copy_if(points, std::back_inserter(finite), isFinite);
+    if (finite.size() < least) finite.clear();
+    return finite;
+}
+
+void addUsablePolygon(MzWKBBuilder& builder, const MzPolygon& polygon) {
+    builder.begin(MzGeometryTypePolygon);
+    for (const MzLinearRing& ring : ringsOf(&polygon)) {
+        const auto points = usable(pointsOf(&ring), 3);
+        if (points.empty()) continue;
+        builder.beginRing();
+        addAll(builder, points);
+        builder.end();
     }
-    if (const auto* polygons = dynamic_cast<const MzMultiPolygonGeometry*>(geometry)) {
-        return usablePolygons(polygonsOf(polygons->multiPolygonGeometry()));
+    builder.end();
+}
+
+void addUsableLine(MzWKBBuilder& builder, const MzLineString& line) {
+    const auto points = usable(pointsOf(&line), 2);
+    if (points.empty()) return;
+    builder.begin(MzGeometryTypeLineString);
+    addAll(builder, points);
+    builder.end();
+}
+
+void addPoint(MzWKBBuilder& builder, MzPoint point) {
+    builder.begin(MzGeometryTypePoint);
+    builder.add(point);
+    builder.end();
+}
+
+/// Of a geometry that is no collection what the library can take, as a multi-geometry.
+std::vector<std::byte> usablePartOf(const MzGeometryRecord& geometry) {
+    MzWKBBuilder builder;
+    const std::uint32_t type = geometry.type;
+    builder.begin(MzMemberTypeOf(type) != 0 ? type : type + 3);
+    if (type == MzGeometryTypePoint || type == MzGeometryTypeMultiPoint) {
+        for (const MzPoint point : usable(pointsOf(&geometry), 1)) addPoint(builder, point);
+    } else if (type == MzGeometryTypeLineString) {
+        addUsableLine(builder, lineStringOf(geometry));
+    } else if (type == MzGeometryTypeMultiLineString) {
+        const MzMultiLineString lines = multiLineStringOf(geometry);
+        for (const MzLineString& line : lineStringsOf(&lines)) addUsableLine(builder, line);
+    } else if (type == MzGeometryTypePolygon) {
+        addUsablePolygon(builder, polygonOf(geometry));
+    } else {
+        const MzMultiPolygon polygons = multiPolygonOf(geometry);
+        for (const MzPolygon& polygon : polygonsOf(&polygons)) addUsablePolygon(builder, polygon);
     }
-    std::vector<MzPoint> usable;
-    const auto keep = [&usable](Points points) {
-        std::ranges::copy_if(points, std::back_inserter(usable), isFinite);
-        return static_cast<std::uint32_t>(usable.size());
-    };
-    if (const auto* line = dynamic_cast<const MzLineStringGeometry*>(geometry)) {
-        if (keep(pointsOf(line->lineStringGeometry())) < 2) return nullptr;
-        return MzLineStringGeometry::geometryWithLineString(
-            {static_cast<std::uint32_t>(usable.size()), usable.data()});
-    }
-    if (const auto* points = dynamic_cast<const MzMultiPointGeometry*>(geometry)) {
-        if (keep(pointsOf(points->multiPointGeometry())) < 1) return nullptr;
-        return MzMultiPointGeometry::geometryWithMultiPoint(
-            {static_cast<std::uint32_t>(usable.size()), usable.data()});
-    }
-    return nullptr;
+    builder.end();
+    return builder.bytes();
 }
 
 /// Where a hole crosses its outline, the outline comes first; what collapses goes.
-GEOSGeometry* madeValid(const GEOSGeometry* geometry) {
+GeosGeometry madeValid(const GEOSGeometry* geometry) {
     GEOSMakeValidParams* parameters = GEOSMakeValidParams_create_r(geosContext());
     GEOSMakeValidParams_setMethod_r(geosContext(), parameters, GEOS_MAKE_VALID_STRUCTURE);
     GEOSMakeValidParams_setKeepCollapsed_r(geosContext(), parameters, 0);
     GEOSGeometry* result = GEOSMakeValidWithParams_r(geosContext(), geometry, parameters);
     GEOSMakeValidParams_destroy_r(geosContext(), parameters);
-    return result;
+    return GeosGeometry(result);
+}
+
+void addPolygon(MzWKBBuilder& builder, const GEOSGeometry* polygon) {
+    builder.begin(MzGeometryTypePolygon);
+    for (const GEOSGeometry* ring : detail::ringsOfGeos(polygon)) {
+        builder.beginRing();
+        addAll(builder, detail::pointsOfGeos(ring));
+        builder.end();
+    }
+    builder.end();
+}
+
+void addLine(MzWKBBuilder& builder, const GEOSGeometry* line) {
+    builder.begin(MzGeometryTypeLineString);
+    addAll(builder, detail::pointsOfGeos(line));
+    builder.end();
+}
+
+/// The members with `add`, as one geometry of `type` if that is a multi-geometry or there are
+/// several; false for none.
+template <typename Members, typename Add>
+bool gather(MzWKBBuilder& builder, std::uint32_t type, const Members& members, const Add& add) {
+    if (members.empty()) return false;
+    const bool isMulti = MzMemberTypeOf(type) != 0;
+    const bool isGathered = isMulti || members.size() > 1;
+    if (isGathered) builder.begin(isMulti ? type : type + 3);
+    for (const auto& member : members) add(builder, member);
+    if (isGathered) builder.end();
+    return true;
+}
+
+/// Adds what is left of the geometry; false when that is nothing.
+bool addRepaired(MzWKBBuilder& builder, const MzGeometryRecord& geometry) {
+    if (geometry.type == MzGeometryTypeGeometryCollection) {
+        builder.begin(geometry.type);
+        bool isSomething = false;
+        for (const MzGeometryRecord& member : membersOf(&geometry)) {
+            isSomething |= addRepaired(builder, member);
+        }
+        builder.end();
+        return isSomething;
+    }
+    const MzWKBReading usable = MzReadWKB(usablePartOf(geometry));
+    const GeosGeometry made = usable ? detail::toGeos(*usable.geometry.record(), nullptr) : nullptr;
+    const GeosGeometry valid = made != nullptr ? madeValid(made.get()) : nullptr;
+    if (valid == nullptr) return false;
+    const detail::GeosMembers members(valid.get());
+    switch (geometry.type) {
+        case MzGeometryTypePoint:
+        case MzGeometryTypeMultiPoint:
+            return gather(builder, geometry.type, members.points, addPoint);
+        case MzGeometryTypeLineString:
+        case MzGeometryTypeMultiLineString:
+            return gather(builder, geometry.type, members.lines, addLine);
+        default:
+            return gather(builder, geometry.type, members.polygons, addPolygon);
+    }
 }
 
 }  // namespace
 
-std::optional<MzDefect> MzDefectOf(const MzGeometry* geometry) {
+std::optional<MzDefect> MzDefectOf(const MzGeometryRecord& geometry) {
     if (auto defect = plainDefectOf(geometry)) return defect;
     return defectByLibrary(geometry);
 }
 
+std::optional<MzDefect> MzDefectOf(const MzGeometry* geometry) {
+    const auto record = detail::recordOf(geometry);
+    return MzDefectOf(record.value_or(MzGeometryRecord{}));
+}
+
+MzGeometryBlock MzRepaired(const MzGeometryRecord& geometry) {
+    if (MzGeometryTypeName(geometry.type).empty()) return {};
+    MzWKBBuilder builder;
+    if (!addRepaired(builder, geometry)) return {};
+    return MzReadWKB(builder.bytes()).geometry;
+}
+
 std::shared_ptr<MzGeometry> MzRepaired(const std::shared_ptr<MzGeometry>& geometry) {
-    if (!MzDefectOf(geometry.get())) return geometry;
-    const std::shared_ptr<MzGeometry> usable = usablePartOf(geometry.get());
-    const GeosGeometry made = usable != nullptr ? detail::toGeos(usable.get(), nullptr) : nullptr;
-    if (made == nullptr) return nullptr;
-    const GeosGeometry valid(madeValid(made.get()));
-    if (valid == nullptr) return nullptr;
-    const MzGeometries pieces = detail::fromGeos(valid.get());
-    const bool isWhole = pieces.size() == 1 && pieces[0]->dimension() == geometry->dimension();
-    return isWhole ? pieces[0] : nullptr;
+    const auto record = detail::recordOf(geometry.get());
+    if (!record) return nullptr;
+    if (!MzDefectOf(*record)) return geometry;
+    const MzGeometryBlock repaired = MzRepaired(*record);
+    if (repaired.record() == nullptr) return nullptr;
+    return MzGeometry::geometryWithWKBData(MzWKBOfGeometry(*repaired.record()));
 }
 
 }  // namespace mezalith

@@ -7,6 +7,8 @@
 #include <mezalith/geometry/multi_polygon_geometry.hpp>
 #include <mezalith/geometry/point_geometry.hpp>
 #include <mezalith/geometry/polygon_geometry.hpp>
+#include <mezalith/geometry/wkt_reader.hpp>
+#include <mezalith/geometry/wkt_writer.hpp>
 
 #include <cmath>
 #include <limits>
@@ -96,6 +98,39 @@ TEST(Validity, OfNothingIsADefectNowhere) {
     EXPECT_TRUE(std::isnan(defect->place.x));
     const MzGeometry abstract;
     EXPECT_TRUE(MzDefectOf(&abstract));
+}
+
+TEST(Validity, LooksIntoEveryMember) {
+    const auto reason = [](const std::string& text) {
+        const MzWKTReading reading = MzReadWKT(text);
+        EXPECT_TRUE(reading) << text;
+        return MzDefectOf(*reading.geometry.record()).value_or(MzDefect{"", {0, 0}}).reason;
+    };
+    EXPECT_EQ(reason("MULTILINESTRING ((0 0, 1 1), (2 2))"), "Too few points in geometry component");
+    EXPECT_EQ(reason("GEOMETRYCOLLECTION (POINT (1 1), POLYGON ((0 0, 1 0, 1 1)))"),
+              "Ring is not closed");
+    EXPECT_EQ(reason("GEOMETRYCOLLECTION (POLYGON ((0 0, 4 4, 4 0, 0 4, 0 0)))"),
+              "Self-intersection");
+    EXPECT_EQ(reason("GEOMETRYCOLLECTION (POINT EMPTY, MULTIPOINT (1 2, 3 4))"), "");
+    EXPECT_EQ(reason("MULTILINESTRING ((0 0, 1 1), (2 2, 3 3))"), "");
+}
+
+TEST(Repair, KeepsTheTypeOrMakesItsMultiGeometry) {
+    const auto repaired = [](const std::string& text) {
+        const MzWKTReading reading = MzReadWKT(text);
+        EXPECT_TRUE(reading) << text;
+        const MzGeometryBlock block = MzRepaired(*reading.geometry.record());
+        return block.record() != nullptr ? MzWKTOfGeometry(*block.record()) : "";
+    };
+    EXPECT_EQ(repaired("MULTIPOLYGON (((0 0, 4 0, 4 4)))"),
+              "MULTIPOLYGON (((0 0, 4 4, 4 0, 0 0)))");
+    EXPECT_EQ(repaired("POLYGON ((0 0, 4 0, 4 4))"), "POLYGON ((0 0, 4 4, 4 0, 0 0))");
+    EXPECT_EQ(repaired("POLYGON ((0 0, 4 4, 4 0, 0 4, 0 0))").substr(0, 12), "MULTIPOLYGON");
+    EXPECT_EQ(repaired("MULTILINESTRING ((0 0, 1 1), (2 2))"), "MULTILINESTRING ((0 0, 1 1))");
+    EXPECT_EQ(repaired("GEOMETRYCOLLECTION (LINESTRING (5 5), POINT (1 2))"),
+              "GEOMETRYCOLLECTION (POINT (1 2))");
+    EXPECT_EQ(repaired("GEOMETRYCOLLECTION (LINESTRING (5 5))"), "");
+    EXPECT_EQ(repaired("MULTIPOINT (1 2)"), "MULTIPOINT ((1 2))");
 }
 
 TEST(Repair, LeavesSoundGeometriesAlone) {
