@@ -300,6 +300,39 @@ bool describe(Input& input, const Head& head, MzTrailingBytes trailing, MzWKBRea
     return input.fail(input.at(), "the end of the bytes", std::to_string(input.left()) + " more");
 }
 
+/// The block that a plain geometry needs at most, and just so when nothing follows it, where its
+/// type and count tell; otherwise 0.
+std::size_t sizeAtFirstSight(std::span<const std::byte> bytes) {
+    if (bytes.size() < kElementBytes) return 0;
+    const int order = orderOfElement(bytes.data());
+    const std::size_t count = loadInt(bytes.data() + kHeaderBytes, order);
+    const std::size_t rest = bytes.size() - kElementBytes;
+    const bool isCredible = count <= rest / kRingBytes;
+    switch (loadInt(bytes.data() + 1, order)) {
+        case MzGeometryTypePoint:
+            return sizeof(MzGeometryRecord) + sizeof(MzPoint);
+        case MzGeometryTypeLineString:
+        case MzGeometryTypeMultiPoint:
+            return isCredible ? sizeof(MzGeometryRecord) + count * sizeof(MzPoint) : 0;
+        case MzGeometryTypePolygon:
+            return isCredible ? sizeof(MzGeometryRecord) + rest +
+                                    count * (sizeof(MzLinearRing) - kRingBytes)
+                              : 0;
+        case MzGeometryTypeMultiLineString:
+            return isCredible ? sizeof(MzGeometryRecord) + rest +
+                                    count * (sizeof(MzLineString) - kElementBytes)
+                              : 0;
+        default:
+            return 0;
+    }
+}
+
+/// The reading without a geometry.
+MzWKBReading refused(MzWKBReading reading, MzReadError error) {
+    reading.error = std::move(error);
+    return reading;
+}
+
 }  // namespace
 
 MzWKBReading MzReadWKB(std::span<const std::byte> bytes, MzTrailingBytes trailing) {
@@ -308,19 +341,23 @@ MzWKBReading MzReadWKB(std::span<const std::byte> bytes, MzTrailingBytes trailin
     if (isGeoPackage(bytes)) {
         reading.form = MzWKBForm::GeoPackage;
         if (!readGeoPackageHeader(input, reading.srid)) {
-            reading.error = std::move(input.error);
-            return reading;
+            return refused(std::move(reading), std::move(input.error));
         }
     }
-    const std::size_t start = input.at();
-    Walk<false> measuring(input, nullptr);
-    if (!measuring.geometry() || !describe(input, measuring.outermost(), trailing, reading)) {
-        reading.error = std::move(input.error);
-        return reading;
+    std::size_t size = 0;
+    if (trailing == MzTrailingBytes::Refused) size = sizeAtFirstSight(bytes.subspan(input.at()));
+    if (size == 0) {
+        Input ahead = input;
+        Walk<false> measuring(ahead, nullptr);
+        if (!measuring.geometry()) return refused(std::move(reading), std::move(ahead.error));
+        size = measuring.used();
     }
-    reading.geometry = MzGeometryBlock(measuring.used());
-    Input again(bytes.first(reading.length), start);
-    Walk<true>(again, reading.geometry.data()).geometry();
+    MzGeometryBlock block(size);
+    Walk<true> filling(input, block.data());
+    if (!filling.geometry() || !describe(input, filling.outermost(), trailing, reading)) {
+        return refused(std::move(reading), std::move(input.error));
+    }
+    reading.geometry = std::move(block);
     return reading;
 }
 

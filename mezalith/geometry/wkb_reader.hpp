@@ -42,8 +42,9 @@ struct MzWKBReading {
 /// deep, and members must be of the type that their multi-geometry wants.
 ///
 /// Coordinates keep every bit, those of NaNs included. The bytes are untrusted: counts are believed
-/// only as far as the bytes can hold them. A first look at the counts measures the block, which is
-/// then filled; coordinates are read once, and nothing but the block is allocated.
+/// only as far as the bytes can hold them. Nothing but the block is allocated, and it is filled in
+/// one pass; where types and counts do not tell how large it must be (multi-polygons, collections,
+/// and whatever bytes may follow) a walk over the counts measures it first.
 MEZALITH_EXPORT MzWKBReading MzReadWKB(std::span<const std::byte> bytes,
                                        MzTrailingBytes trailing = MzTrailingBytes::Refused);
 

@@ -134,6 +134,27 @@ TEST(ReadWKB, ReadsWhatGeoPackagesHold) {
     }
 }
 
+TEST(ReadWKB, FindsTheSameBlockAtFirstSightAndByMeasuring) {
+    const Dice dice = diceOf(13);
+    for (int i = 0; i < 2000; ++i) {
+        const Bytes bytes = bytesOf(ModelMaker{dice}.make());
+        const MzWKBReading strict = MzReadWKB(bytes);
+        const MzWKBReading measured = MzReadWKB(bytes, MzTrailingBytes::Allowed);
+        ASSERT_TRUE(strict && measured);
+        ASSERT_EQ(strict.geometry.size(), measured.geometry.size()) << i;
+    }
+}
+
+TEST(ReadWKB, ReadsMembersWithDimensionsOfTheirOwn) {
+    WkbWriter wkb;
+    wkb.multi(kLittle, 5, 2).element(kBig, 3002).integer(1);
+    wkb.number(1).number(2).number(3).number(4);
+    wkb.element(kLittle, 0xA0000002).integer(4326).integer(1).number(5).number(6).number(7);
+    const MzWKBReading reading = MzReadWKB(wkb.bytes());
+    ASSERT_TRUE(reading) << reading.error.text();
+    EXPECT_TRUE(isSame(*reading.geometry.record(), {5, {{{1, 2}}, {{5, 6}}}, {}}));
+}
+
 TEST(ReadWKB, ReadsGeometriesWithoutPoints) {
     for (const std::uint32_t type : {2u, 3u, 4u, 5u, 6u, 7u}) {
         const MzWKBReading reading = MzReadWKB(WkbWriter().multi(kBig, type, 0).bytes());
