@@ -36,6 +36,7 @@ Place stepsBetween(Place from, Place to) {
     return ((to - from + kFullTurn + kHalfTurn) & (kFullTurn - 1)) - kHalfTurn;
 }
 
+/// Of the place of a side, the corner before it.
 MzPoint cornerAt(Place place, const RegionLimits& box) {
     const Place corner = (place & (kFullTurn - 1)) / 2;
     return {corner == 1 || corner == 2 ? box.highX : box.lowX, corner >= 2 ? box.highY : box.lowY};
@@ -80,15 +81,10 @@ Place stepsAround(MzPoint p, MzPoint q, Place from, Place to, const RegionLimits
     const Place steps = stepsBetween(from, to);
     const bool opposite = steps == -kHalfTurn;
     if (opposite && !isCorner(from)) return 0;
-    if (steps > 0 || opposite) {
-        const Place passed = isCorner(from) ? from + 2 : from + 1;
-        if (leftOf(p, q, cornerAt(passed, box)) >= 0) return opposite ? kHalfTurn : steps;
+    if ((steps > 0 || opposite) && leftOf(p, q, cornerAt(from + 2, box)) >= 0) {
+        return opposite ? kHalfTurn : steps;
     }
-    if (steps < 0) {
-        const Place passed = isCorner(from) ? from - 2 : from - 1;
-        if (leftOf(p, q, cornerAt(passed, box)) <= 0) return steps;
-    }
-    return 0;
+    return steps < 0 && leftOf(p, q, cornerAt(from - 1, box)) <= 0 ? steps : 0;
 }
 
 // --- paths ----------------------------------------------------------------

@@ -87,6 +87,36 @@ TEST(ExactLine, PassesThroughInTheDirectionOfTravel) {
     EXPECT_EQ(difference(clipTen(Kind::line, {{-2, 6}, {6, 14}}), Points{{0, 8}, {2, 10}}), "");
 }
 
+TEST(ExactLine, MissesTheRegionOnEitherSideFromCornerToCorner) {
+    for (const Points& line : {Points{{-1, -1}, {11, 200}},
+                               {{-1, -1}, {200, 11}},
+                               {{11, -1}, {-200, 11}},
+                               {{11, -1}, {-1, 200}}}) {
+        EXPECT_EQ(difference(clipTen(Kind::line, line), Points{}), "");
+        EXPECT_EQ(difference(clipTen(Kind::line, reversed(line)), Points{}), "");
+    }
+}
+
+TEST(ExactLine, PassesAlongTheBorder) {
+    for (const double side : {0, 10}) {
+        EXPECT_EQ(difference(clipTen(Kind::line, {{side, -5}, {side, 15}}),
+                             Points{{side, 0}, {side, 10}}),
+                  "");
+        EXPECT_EQ(difference(clipTen(Kind::line, {{15, side}, {-5, side}}),
+                             Points{{10, side}, {0, side}}),
+                  "");
+    }
+}
+
+TEST(ExactLine, CrossesTheBorderWithTheDigitsOfItsNearerEnd) {
+    const Points fromAfar = clipTen(Kind::line, {{1e12, 1e12 / 3}, {5, 5}});
+    ASSERT_EQ(fromAfar.size(), 2u);
+    EXPECT_NEAR(fromAfar[0].y, 5 + 5.0 / 3, 1e-10);
+    EXPECT_EQ(
+        difference(clipTen(Kind::line, {{-1.5e308, 5}, {1.5e308, 5}}), Points{{0, 5}, {10, 5}}),
+        "");
+}
+
 TEST(ExactLine, JoinsAnExitToTheNextEntryThroughTheCornersBetween) {
     EXPECT_EQ(difference(clipTen(Kind::line, {{5, 5}, {15, 5}, {15, 15}, {5, 15}, {5, 6}}),
                          Points{{5, 5}, {10, 5}, {10, 10}, {5, 10}, {5, 6}}),
