@@ -33,6 +33,10 @@ MEZALITH_EXPORT DeviceBox grownBox(const DeviceBox& box, double distance);
 /// The common part of both; empty when they are apart.
 MEZALITH_EXPORT DeviceBox commonBox(const DeviceBox& a, const DeviceBox& b);
 
+/// What of the plane is inside a path whose subpaths are closed: what they go round at all, or what
+/// an odd number of them surrounds.
+enum class FillRule : std::uint8_t { Winding, EvenOdd };
+
 /// The current path of a port, in device space: points are mapped before they are added. It holds
 /// finite coordinates only; an element with any other is left out. A line or curve without a
 /// current point begins a subpath where its first point is; one after a closed subpath begins where

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <mezalith/platform/path_cutting.hpp>
 #include <mezalith/platform/path_pieces.hpp>
+#include <mezalith/platform/path_walk.hpp>
 
 #include <algorithm>
 #include <array>
@@ -10,80 +11,13 @@
 namespace mezalith::platform {
 namespace {
 
-using Curve = std::array<MzPoint, 4>;
+/// Collects the subpaths of a path as polylines.
+struct Polylines {
+    std::vector<DevicePolyline> lines;
 
-constexpr int deepestHalving = 32;
-
-MzPoint middle(MzPoint a, MzPoint b) { return {a.x * 0.5 + b.x * 0.5, a.y * 0.5 + b.y * 0.5}; }
-
-std::pair<Curve, Curve> halves(const Curve& c) {
-    const MzPoint ab = middle(c[0], c[1]);
-    const MzPoint bc = middle(c[1], c[2]);
-    const MzPoint cd = middle(c[2], c[3]);
-    const MzPoint abc = middle(ab, bc);
-    const MzPoint bcd = middle(bc, cd);
-    const MzPoint center = middle(abc, bcd);
-    return {{c[0], ab, abc, center}, {center, bcd, cd, c[3]}};
-}
-
-/// An upper bound of the distance between a curve and its chord: 1/8 of its largest second
-/// derivative.
-double deviation(const Curve& c) {
-    const double first = std::hypot(c[0].x - 2 * c[1].x + c[2].x, c[0].y - 2 * c[1].y + c[2].y);
-    const double second = std::hypot(c[1].x - 2 * c[2].x + c[3].x, c[1].y - 2 * c[2].y + c[3].y);
-    return 0.75 * std::max(first, second);
-}
-
-bool isBeside(const Curve& c, const DeviceBox& box) {
-    const auto [left, right] = std::minmax({c[0].x, c[1].x, c[2].x, c[3].x});
-    const auto [bottom, top] = std::minmax({c[0].y, c[1].y, c[2].y, c[3].y});
-    return right < box.minX || left > box.maxX || top < box.minY || bottom > box.maxY;
-}
-
-/// Turns the elements of a path into polylines.
-class Flattener {
-  public:
-    Flattener(double tolerance, const DeviceBox& box) : tolerance_(tolerance), box_(box) {}
-
-    std::vector<DevicePolyline> run(const DevicePath& path) {
-        const MzPoint* next = path.points().data();
-        for (const DevicePath::Verb verb : path.verbs()) {
-            next = add(verb, next);
-        }
-        return std::move(lines_);
-    }
-
-  private:
-    double tolerance_;
-    DeviceBox box_;
-    std::vector<DevicePolyline> lines_;
-
-    const MzPoint* add(DevicePath::Verb verb, const MzPoint* points) {
-        switch (verb) {
-            case DevicePath::Verb::Move:
-                lines_.push_back({{points[0]}, false});
-                return points + 1;
-            case DevicePath::Verb::Line:
-                lines_.back().points.push_back(points[0]);
-                return points + 1;
-            case DevicePath::Verb::Curve:
-                addCurve({lines_.back().points.back(), points[0], points[1], points[2]}, 0);
-                return points + 3;
-            case DevicePath::Verb::Close:
-                lines_.back().isClosed = true;
-        }
-        return points;
-    }
-
-    void addCurve(const Curve& curve, int depth) {
-        if (depth == deepestHalving || deviation(curve) <= tolerance_ || isBeside(curve, box_)) {
-            lines_.back().points.push_back(curve[3]);
-            return;
-        }
-        const auto [first, second] = halves(curve);
-        addCurve(first, depth + 1);
-        addCurve(second, depth + 1);
-    }
+    void moveTo(MzPoint point) { lines.push_back({{point}, false}); }
+    void lineTo(MzPoint point, bool) { lines.back().points.push_back(point); }
+    void close() { lines.back().isClosed = true; }
 };
 
 /// One side of a box: what lies within has `sign` times its distance beyond `bound` at most 0.
@@ -171,7 +105,9 @@ SegmentPart segmentWithin(MzPoint a, MzPoint b, const DeviceBox& box) {
 
 std::vector<DevicePolyline> flattenedPath(const DevicePath& path, double tolerance,
                                           const DeviceBox& box) {
-    return Flattener(tolerance, box).run(path);
+    Polylines polylines;
+    detail::walkPath(path, {.tolerance = tolerance, .box = box}, polylines);
+    return std::move(polylines.lines);
 }
 
 DevicePath cutArea(const DevicePath& path, const DeviceBox& box, double tolerance) {

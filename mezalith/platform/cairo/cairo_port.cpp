@@ -7,7 +7,6 @@
 #include <cmath>
 #include <limits>
 #include <utility>
-#include <vector>
 
 namespace mezalith::platform {
 namespace {
@@ -16,57 +15,22 @@ using detail::Canvas;
 using detail::Common;
 using detail::Document;
 using detail::Output;
-using detail::Rgba;
 using detail::Shadow;
-using detail::StrokeStyle;
 using detail::SurfaceHandle;
 
 constexpr double largestLayerSide = 16384;
-constexpr double defaultShadowAlpha = 1.0 / 3;
 
 /// In device units: what casts shadows farther away is not drawn, and neither are they.
 constexpr double farthestShadow = 1 << 14;
 constexpr double widestSigma = 1 << 12;
-
-/// All that `saveState` keeps but the clip, which Cairo keeps.
-struct State {
-    AffineTransform transform;  ///< from user space to the device
-    StrokeStyle stroke;
-    Rgba strokeColor;
-    Rgba fillColor;
-    std::optional<Shadow> shadow;
-};
 
 /// Turned over: y grows downwards on a surface.
 AffineTransform deviceTransform(double height, double scale) {
     return {scale, 0, 0, -scale, 0, height};
 }
 
-/// From the unit square with y growing downwards.
-AffineTransform topDownSquareOver(MzRect rect) {
-    const MzSize size = rect.size;
-    return {size.width, 0, 0, -size.height, rect.origin.x, rect.origin.y + size.height};
-}
-
-double fraction(double value) { return value > 0 ? std::min(value, 1.0) : 0; }
-
-Rgba rgba(double red, double green, double blue, double alpha) {
-    return {fraction(red), fraction(green), fraction(blue), fraction(alpha)};
-}
-
-std::optional<Rgba> deviceColor(const Color* color) {
-    const auto rgb = color ? color->colorUsingColorSpace(ColorSpace::DeviceRGB) : nullptr;
-    if (!rgb) {
-        return std::nullopt;
-    }
-    const auto& c = rgb->components();
-    return rgba(c[0], c[1], c[2], rgb->alphaComponent());
-}
-
-bool isSide(double side, double largest) { return side > 0 && side <= largest; }
-
-bool isSize(MzSize size, double largest) {
-    return isSide(size.width, largest) && isSide(size.height, largest);
+cairo_fill_rule_t cairoRule(FillRule rule) {
+    return rule == FillRule::EvenOdd ? CAIRO_FILL_RULE_EVEN_ODD : CAIRO_FILL_RULE_WINDING;
 }
 
 MzSize wholePixels(MzSize size, double ratio) {
@@ -84,8 +48,8 @@ SurfaceHandle recordingSurface(MzSize size) {
 }
 
 bool isPage(MzSize size, double pixelRatio) {
-    return isSize(size, CairoPort::largestDocumentSide) &&
-           isSide(pixelRatio, CairoPort::largestDocumentPixelRatio);
+    return isSizeUpTo(size, CairoPort::largestDocumentSide) && pixelRatio > 0 &&
+           pixelRatio <= CairoPort::largestDocumentPixelRatio;
 }
 
 }  // namespace
@@ -97,9 +61,7 @@ struct CairoPort::Impl {
         : size(deviceSize),
           pixelRatio(ratio),
           unitsPerPoint(deviceScale),
-          canvas(std::move(surface), deviceSize, ratio / deviceScale, std::move(common)) {
-        state.transform = deviceTransform(deviceSize.height, deviceScale);
-    }
+          canvas(std::move(surface), deviceSize, ratio / deviceScale, std::move(common)) {}
 
     static std::unique_ptr<CairoPort> document(detail::MakeSurface makeSurface, Output output,
                                                MzSize pageSize, double ratio) {
@@ -115,9 +77,6 @@ struct CairoPort::Impl {
     double unitsPerPoint;              ///< device units per view point
     std::unique_ptr<Document> target;  ///< null but for documents
     Canvas canvas;
-    State state;
-    std::vector<State> savedStates;
-    DevicePath path;
 
     bool hasPixels() const {
         return canvas.surface() != nullptr &&
@@ -133,30 +92,21 @@ struct CairoPort::Impl {
         return surface;
     }
 
-    MzPoint device(double x, double y) const { return state.transform.transformPoint({x, y}); }
-
-    void transform(const AffineTransform& first) {
-        state.transform = state.transform.prepending(first);
-    }
-
-    void setShadow(MzSize offset, double blur, const std::optional<Rgba>& color) {
-        const double scale = unitsPerPoint;
-        const double dx = offset.width * scale;
-        const double dy = -offset.height * scale;
-        state.shadow.reset();
-        if (color && color->alpha > 0 && std::abs(dx) <= farthestShadow &&
-            std::abs(dy) <= farthestShadow && !std::isnan(blur)) {
-            state.shadow = {{dx, dy}, std::clamp(blur / 2 * scale, 0.0, widestSigma), *color};
+    /// What is cast on the surface; none for what is too far away.
+    std::optional<Shadow> castBy(const std::optional<ShadowStyle>& style) const {
+        if (!style) {
+            return std::nullopt;
         }
+        const MzSize offset{style->offset.width * unitsPerPoint,
+                            -style->offset.height * unitsPerPoint};
+        if (std::abs(offset.width) > farthestShadow || std::abs(offset.height) > farthestShadow) {
+            return std::nullopt;
+        }
+        const double sigma = std::clamp(style->blur / 2 * unitsPerPoint, 0.0, widestSigma);
+        return Shadow{offset, sigma, style->color};
     }
 
     bool writePNG(Output output) const;
-
-    void fill(cairo_fill_rule_t rule) { canvas.fill(path, rule, state.fillColor, state.shadow); }
-
-    void stroke() {
-        canvas.stroke(path, state.stroke, state.transform, state.strokeColor, state.shadow);
-    }
 };
 
 class CairoPort::CairoLayer final : public Layer {
@@ -179,13 +129,14 @@ class CairoPort::CairoLayer final : public Layer {
     CairoPort port_;
 };
 
-CairoPort::CairoPort(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {}
+CairoPort::CairoPort(std::unique_ptr<Impl> impl)
+    : DevicePort(deviceTransform(impl->size.height, impl->unitsPerPoint)), impl_(std::move(impl)) {}
 
 CairoPort::~CairoPort() { finish(); }
 
 std::unique_ptr<CairoPort> CairoPort::pixelPort(MzSize size, double pixelRatio) {
     const MzSize pixels = wholePixels(size, pixelRatio);
-    if (!isSize(size, largestPixelSide) || !isSize(pixels, largestPixelSide)) {
+    if (!isSizeUpTo(size, largestPixelSide) || !isSizeUpTo(pixels, largestPixelSide)) {
         return nullptr;
     }
     auto impl = std::make_unique<Impl>(imageSurface(pixels), pixels, pixelRatio, pixelRatio,
@@ -276,132 +227,25 @@ std::optional<std::string> CairoPort::error() const {
                                             : impl_->canvas.common()->error;
 }
 
-void CairoPort::saveState() {
-    impl_->savedStates.push_back(impl_->state);
-    impl_->canvas.save();
+void CairoPort::saveClip() { impl_->canvas.save(); }
+
+void CairoPort::restoreClip() { impl_->canvas.restore(); }
+
+void CairoPort::clipTo(const DevicePath& path) { impl_->canvas.clipEvenOdd(path); }
+
+void CairoPort::fill(const DevicePath& path, FillRule rule) {
+    impl_->canvas.fill(path, cairoRule(rule), state().fillColor, impl_->castBy(state().shadow));
 }
 
-void CairoPort::restoreState() {
-    if (impl_->savedStates.empty()) {
-        return;
-    }
-    impl_->state = std::move(impl_->savedStates.back());
-    impl_->savedStates.pop_back();
-    impl_->canvas.restore();
-}
-
-void CairoPort::translate(double tx, double ty) { impl_->transform({1, 0, 0, 1, tx, ty}); }
-
-void CairoPort::rotate(double radians) {
-    const double sine = std::sin(radians);
-    const double cosine = std::cos(radians);
-    impl_->transform({cosine, sine, -sine, cosine, 0, 0});
-}
-
-void CairoPort::scale(double sx, double sy) { impl_->transform({sx, 0, 0, sy, 0, 0}); }
-
-void CairoPort::concat(const AffineTransform& transform) { impl_->transform(transform); }
-
-void CairoPort::setLineWidth(double width) { impl_->state.stroke.width = width; }
-
-void CairoPort::setLineCap(LineCap cap) {
-    if (cap <= LineCap::Square) {
-        impl_->state.stroke.cap = cap;
-    }
-}
-
-void CairoPort::setLineJoin(LineJoin join) {
-    if (join <= LineJoin::Bevel) {
-        impl_->state.stroke.join = join;
-    }
-}
-
-void CairoPort::setLineDash(double phase, std::span<const double> lengths) {
-    impl_->state.stroke.dashPhase = phase;
-    impl_->state.stroke.dashLengths.assign(lengths.begin(), lengths.end());
-}
-
-void CairoPort::setStrokeColor(const Color* color) {
-    impl_->state.strokeColor = deviceColor(color).value_or(impl_->state.strokeColor);
-}
-
-void CairoPort::setFillColor(const Color* color) {
-    impl_->state.fillColor = deviceColor(color).value_or(impl_->state.fillColor);
-}
-
-void CairoPort::setRGBStrokeColor(double red, double green, double blue, double alpha) {
-    impl_->state.strokeColor = rgba(red, green, blue, alpha);
-}
-
-void CairoPort::setRGBFillColor(double red, double green, double blue, double alpha) {
-    impl_->state.fillColor = rgba(red, green, blue, alpha);
-}
-
-void CairoPort::setShadow(MzSize offset, double blur) {
-    impl_->setShadow(offset, blur, Rgba{0, 0, 0, defaultShadowAlpha});
-}
-
-void CairoPort::setShadowWithColor(MzSize offset, double blur, const Color* color) {
-    impl_->setShadow(offset, blur, deviceColor(color));
-}
-
-void CairoPort::beginPath() { impl_->path.clear(); }
-
-void CairoPort::moveToPoint(double x, double y) { impl_->path.moveTo(impl_->device(x, y)); }
-
-void CairoPort::addLineToPoint(double x, double y) { impl_->path.lineTo(impl_->device(x, y)); }
-
-void CairoPort::addCurveToPoint(double cp1x, double cp1y, double cp2x, double cp2y, double x,
-                                double y) {
-    impl_->path.curveTo(impl_->device(cp1x, cp1y), impl_->device(cp2x, cp2y), impl_->device(x, y));
-}
-
-void CairoPort::addArcToPoint(double x1, double y1, double x2, double y2, double radius) {
-    impl_->path.addArc({x1, y1}, {x2, y2}, radius, impl_->state.transform);
-}
-
-void CairoPort::addEllipseInRect(MzRect rect) {
-    impl_->path.addEllipse(rect, impl_->state.transform);
-}
-
-void CairoPort::closeSubpath() { impl_->path.close(); }
-
-void CairoPort::addLines(std::span<const MzPoint> points) {
-    impl_->path.addLines(points, impl_->state.transform);
-}
-
-void CairoPort::clipEvenOdd() {
-    impl_->canvas.clipEvenOdd(impl_->path);
-    impl_->path.clear();
-}
-
-void CairoPort::drawPath(PathDrawingMode mode) {
-    switch (mode) {
-        case PathDrawingMode::Fill:
-            impl_->fill(CAIRO_FILL_RULE_WINDING);
-            break;
-        case PathDrawingMode::EvenOddFill:
-            impl_->fill(CAIRO_FILL_RULE_EVEN_ODD);
-            break;
-        case PathDrawingMode::Stroke:
-            impl_->stroke();
-            break;
-        case PathDrawingMode::FillStroke:
-            impl_->fill(CAIRO_FILL_RULE_WINDING);
-            impl_->stroke();
-            break;
-        case PathDrawingMode::EvenOddFillStroke:
-            impl_->fill(CAIRO_FILL_RULE_EVEN_ODD);
-            impl_->stroke();
-            break;
-    }
-    impl_->path.clear();
+void CairoPort::stroke(const DevicePath& path) {
+    impl_->canvas.stroke(path, state().stroke, state().transform, state().strokeColor,
+                         impl_->castBy(state().shadow));
 }
 
 std::shared_ptr<Layer> CairoPort::createLayer(MzSize size) {
     const double ratio = impl_->pixelRatio;
     const MzSize pixels = wholePixels(size, ratio);
-    if (!isSize(size, largestLayerSide / ratio) || !isSize(pixels, largestLayerSide)) {
+    if (!isSizeUpTo(size, largestLayerSide / ratio) || !isSizeUpTo(pixels, largestLayerSide)) {
         return nullptr;
     }
     const double scale = impl_->unitsPerPoint / ratio;
@@ -412,18 +256,17 @@ std::shared_ptr<Layer> CairoPort::createLayer(MzSize size) {
 }
 
 void CairoPort::drawImageInRect(const Image* image, MzRect rect) {
-    if (image == nullptr || !isSize(rect.size, std::numeric_limits<double>::max())) {
+    if (image == nullptr || !isSizeUpTo(rect.size, std::numeric_limits<double>::max())) {
         return;
     }
-    const AffineTransform place = impl_->state.transform.prepending(topDownSquareOver(rect));
-    impl_->canvas.drawImage(*image, place, impl_->state.shadow);
+    const AffineTransform place = state().transform.prepending(topDownSquareOver(rect));
+    impl_->canvas.drawImage(*image, place, impl_->castBy(state().shadow));
 }
 
 void CairoPort::drawLayerAtPoint(const Layer* layer, MzPoint point) {
     if (const auto* own = dynamic_cast<const CairoLayer*>(layer)) {
-        own->stampOn(impl_->canvas,
-                     impl_->state.transform.prepending({1, 0, 0, 1, point.x, point.y}),
-                     impl_->state.shadow);
+        own->stampOn(impl_->canvas, state().transform.prepending({1, 0, 0, 1, point.x, point.y}),
+                     impl_->castBy(state().shadow));
     }
 }
 

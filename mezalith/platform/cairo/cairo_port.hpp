@@ -2,7 +2,7 @@
 #pragma once
 
 #include <mezalith/export.hpp>
-#include <mezalith/platform/graphics_port.hpp>
+#include <mezalith/platform/device_port.hpp>
 
 #include <cstddef>
 #include <cstdint>
@@ -35,7 +35,7 @@ namespace mezalith::platform {
 ///
 /// When Cairo fails (no memory, output that cannot be written), the port and its layers stop
 /// drawing and say so by `error`.
-class MEZALITH_EXPORT CairoPort final : public GraphicsPort {
+class MEZALITH_EXPORT CairoPort final : public DevicePort {
   public:
     /// Receives output bytes in order; answering NO ends the output. It must not throw.
     using Sink = std::function<bool(std::span<const std::byte>)>;
@@ -85,34 +85,6 @@ class MEZALITH_EXPORT CairoPort final : public GraphicsPort {
     /// all is well.
     std::optional<std::string> error() const;
 
-    void saveState() override;
-    void restoreState() override;
-    void translate(double tx, double ty) override;
-    void rotate(double radians) override;
-    void scale(double sx, double sy) override;
-    void concat(const AffineTransform& transform) override;
-    void setLineWidth(double width) override;
-    void setLineCap(LineCap cap) override;
-    void setLineJoin(LineJoin join) override;
-    void setLineDash(double phase, std::span<const double> lengths) override;
-    void setStrokeColor(const Color* color) override;
-    void setFillColor(const Color* color) override;
-    void setRGBStrokeColor(double red, double green, double blue, double alpha) override;
-    void setRGBFillColor(double red, double green, double blue, double alpha) override;
-    void setShadow(MzSize offset, double blur) override;
-    void setShadowWithColor(MzSize offset, double blur, const Color* color) override;
-    void beginPath() override;
-    void moveToPoint(double x, double y) override;
-    void addLineToPoint(double x, double y) override;
-    void addCurveToPoint(double cp1x, double cp1y, double cp2x, double cp2y, double x,
-                         double y) override;
-    void addArcToPoint(double x1, double y1, double x2, double y2, double radius) override;
-    void addEllipseInRect(MzRect rect) override;
-    void closeSubpath() override;
-    void addLines(std::span<const MzPoint> points) override;
-    /// Settled: an empty path hides everything.
-    void clipEvenOdd() override;
-    void drawPath(PathDrawingMode mode) override;
     std::shared_ptr<Layer> createLayer(MzSize size) override;
     void drawLayerAtPoint(const Layer* layer, MzPoint point) override;
     void drawImageInRect(const Image* image, MzRect rect) override;
@@ -121,6 +93,12 @@ class MEZALITH_EXPORT CairoPort final : public GraphicsPort {
     struct Impl;
     class CairoLayer;
     explicit CairoPort(std::unique_ptr<Impl> impl);
+    void saveClip() override;
+    void restoreClip() override;
+    /// Settled: an empty path hides everything.
+    void clipTo(const DevicePath& path) override;
+    void fill(const DevicePath& path, FillRule rule) override;
+    void stroke(const DevicePath& path) override;
 
     std::unique_ptr<Impl> impl_;
 };

@@ -3,40 +3,15 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <limits>
-#include <numbers>
 
 namespace mezalith::platform::detail {
 namespace {
-
-/// Cairo's and the platform's default.
-constexpr double miterLimit = 10;
-
-/// Transforms that squeeze one direction more than this against the other flatten the plane.
-constexpr double leastSqueeze = 1e-6;
-constexpr double leastDashPeriod = 1.0 / 16;
 
 constexpr std::array<cairo_line_cap_t, 3> caps{CAIRO_LINE_CAP_BUTT, CAIRO_LINE_CAP_ROUND,
                                                CAIRO_LINE_CAP_SQUARE};
 constexpr std::array<cairo_line_join_t, 3> joins{CAIRO_LINE_JOIN_MITER, CAIRO_LINE_JOIN_ROUND,
                                                  CAIRO_LINE_JOIN_BEVEL};
-
-/// The largest and smallest factor by which a transform scales lengths.
-struct Scales {
-    double largest;
-    double smallest;
-};
-
-Scales scalesOf(const AffineTransform& t) {
-    const double turning = std::hypot(t.m11 + t.m22, t.m12 - t.m21) / 2;
-    const double mirroring = std::hypot(t.m11 - t.m22, t.m12 + t.m21) / 2;
-    return {turning + mirroring, std::abs(turning - mirroring)};
-}
-
-AffineTransform linearPart(const AffineTransform& t, double factor) {
-    return {t.m11 * factor, t.m12 * factor, t.m21 * factor, t.m22 * factor, 0, 0};
-}
 
 void setColor(cairo_t* cr, const Rgba& color, double alpha) {
     cairo_set_source_rgba(cr, color.red, color.green, color.blue, color.alpha * alpha);
@@ -70,36 +45,6 @@ class MatrixScope {
 };
 
 }  // namespace
-
-double Pen::reach() const {
-    const double corner = join == LineJoin::Miter ? miterLimit : 1;
-    const double end = cap == LineCap::Square ? std::numbers::sqrt2 : 1;
-    return width / 2 * std::max(corner, end);
-}
-
-std::optional<Pen> makePen(const StrokeStyle& style, const AffineTransform& transform,
-                           double largestWidth) {
-    const Scales scales = scalesOf(transform);
-    if (!(style.width > 0) || !std::isfinite(scales.largest) ||
-        !(scales.smallest > scales.largest * leastSqueeze)) {
-        return std::nullopt;
-    }
-    Pen pen;
-    pen.cap = style.cap;
-    pen.join = style.join;
-    pen.width = std::min(style.width * scales.largest, largestWidth);
-    double squeeze = scales.smallest / scales.largest;
-    if (squeeze < 1 - 1e-12) {
-        pen.shape = linearPart(transform, 1 / scales.largest);
-    } else {
-        squeeze = 1;
-    }
-    pen.dash = makeDashPattern(style.dashPhase, style.dashLengths, scales.largest);
-    if (dashPeriod(pen.dash) * squeeze < leastDashPeriod) {
-        pen.dash = {};
-    }
-    return pen;
-}
 
 void addPath(cairo_t* cr, const DevicePath& path) {
     const MzPoint* p = path.points().data();
@@ -146,7 +91,7 @@ void StrokeInk::prepare(cairo_t* cr) const {
     cairo_set_line_width(cr, pen_.width);
     cairo_set_line_cap(cr, caps[static_cast<std::size_t>(pen_.cap)]);
     cairo_set_line_join(cr, joins[static_cast<std::size_t>(pen_.join)]);
-    cairo_set_miter_limit(cr, miterLimit);
+    cairo_set_miter_limit(cr, Pen::kMiterLimit);
     cairo_set_dash(cr, pen_.dash.lengths.data(), static_cast<int>(pen_.dash.lengths.size()),
                    pen_.dash.phase);
     const AffineTransform& shape = pen_.shape;

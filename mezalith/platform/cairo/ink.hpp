@@ -3,50 +3,12 @@
 
 #include <mezalith/platform/cairo/handles.hpp>
 #include <mezalith/platform/device_path.hpp>
-#include <mezalith/platform/graphics_port.hpp>
-#include <mezalith/platform/path_dashing.hpp>
-
-#include <optional>
-#include <vector>
+#include <mezalith/platform/device_port.hpp>
+#include <mezalith/platform/pen.hpp>
 
 #include <cairo.h>
 
 namespace mezalith::platform::detail {
-
-/// Not multiplied by alpha; 0 to 1 each.
-struct Rgba {
-    double red = 0;
-    double green = 0;
-    double blue = 0;
-    double alpha = 1;
-};
-
-/// The stroke settings of a port, in user units as they were given.
-struct StrokeStyle {
-    double width = 1;
-    LineCap cap = LineCap::Butt;
-    LineJoin join = LineJoin::Miter;
-    double dashPhase = 0;
-    std::vector<double> dashLengths;
-};
-
-/// A stroke style under a transform, ready to draw. Lengths are in pen units, which `shape` maps to
-/// the device; it keeps lengths or shortens them.
-struct Pen {
-    AffineTransform shape;  ///< the identity where all directions scale alike
-    double width = 0;
-    LineCap cap = LineCap::Butt;
-    LineJoin join = LineJoin::Miter;
-    DashPattern dash;
-
-    /// How far ink can be from the path, in device units.
-    double reach() const;
-};
-
-/// The pen of a style under the linear part of `transform`, at most `largestWidth` device units
-/// wide; none when it leaves no ink.
-std::optional<Pen> makePen(const StrokeStyle& style, const AffineTransform& transform,
-                           double largestWidth);
 
 /// Something to draw: a shape that can be laid down in any colour. Cairo's current matrix maps
 /// device space to the surface and is the same afterwards; the current path is gone.
