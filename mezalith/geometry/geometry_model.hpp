@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <random>
 #include <vector>
 
@@ -25,10 +26,10 @@ struct Model {
 /// A number below `limit`, from wherever a test takes its numbers.
 using Dice = std::function<std::uint64_t(std::uint64_t limit)>;
 
-/// The same numbers in every run.
+/// The same numbers in every run; copies go on where the others are.
 inline Dice diceOf(std::uint64_t seed) {
-    return [random = std::mt19937_64{seed}](std::uint64_t limit) mutable {
-        return limit == 0 ? random() : random() % limit;
+    return [random = std::make_shared<std::mt19937_64>(seed)](std::uint64_t limit) {
+        return limit == 0 ? (*random)() : (*random)() % limit;
     };
 }
 

@@ -300,28 +300,26 @@ bool describe(Input& input, const Head& head, MzTrailingBytes trailing, MzWKBRea
     return input.fail(input.at(), "the end of the bytes", std::to_string(input.left()) + " more");
 }
 
-/// The block that a plain geometry needs at most, and just so when nothing follows it, where its
-/// type and count tell; otherwise 0.
+/// A block that a plain geometry fits into, where its type and count tell; otherwise 0. It has at
+/// most the bytes to spare that rings and lines have for their own heads and counts: where the
+/// bytes end too early, points may stand in their place.
 std::size_t sizeAtFirstSight(std::span<const std::byte> bytes) {
     if (bytes.size() < kElementBytes) return 0;
     const int order = orderOfElement(bytes.data());
     const std::size_t count = loadInt(bytes.data() + kHeaderBytes, order);
     const std::size_t rest = bytes.size() - kElementBytes;
-    const bool isCredible = count <= rest / kRingBytes;
-    switch (loadInt(bytes.data() + 1, order)) {
-        case MzGeometryTypePoint:
-            return sizeof(MzGeometryRecord) + sizeof(MzPoint);
+    const std::uint32_t type = loadInt(bytes.data() + 1, order);
+    if (type == MzGeometryTypePoint) return sizeof(MzGeometryRecord) + sizeof(MzPoint);
+    if (count > rest / kRingBytes) return 0;
+    // An array of points, of rings or of lines.
+    const std::size_t size = sizeof(MzGeometryRecord) + count * sizeof(MzPoint);
+    switch (type) {
         case MzGeometryTypeLineString:
         case MzGeometryTypeMultiPoint:
-            return isCredible ? sizeof(MzGeometryRecord) + count * sizeof(MzPoint) : 0;
+            return size;
         case MzGeometryTypePolygon:
-            return isCredible ? sizeof(MzGeometryRecord) + rest +
-                                    count * (sizeof(MzLinearRing) - kRingBytes)
-                              : 0;
         case MzGeometryTypeMultiLineString:
-            return isCredible ? sizeof(MzGeometryRecord) + rest +
-                                    count * (sizeof(MzLineString) - kElementBytes)
-                              : 0;
+            return size + rest;
         default:
             return 0;
     }

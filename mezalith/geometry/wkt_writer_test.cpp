@@ -23,6 +23,8 @@ std::string textOf(const Model& model) {
 TEST(WriteWKT, WritesTheShortestNumbersThatReadBack) {
     EXPECT_EQ(textOf({1, {{{0.1, 1.0 / 3}}}, {}}), "POINT (0.1 0.3333333333333333)");
     EXPECT_EQ(textOf({1, {{{-0.0, 1e300}}}, {}}), "POINT (-0 1e+300)");
+    constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+    EXPECT_EQ(textOf({1, {{{kNaN, 5}}}, {}}), "POINT (nan 5)");
     constexpr double kInfinity = std::numeric_limits<double>::infinity();
     EXPECT_EQ(textOf({2, {{{kInfinity, -kInfinity}}}, {}}), "LINESTRING (inf -inf)");
 }
