@@ -12,6 +12,9 @@
 namespace mezalith::host {
 namespace {
 
+/// View points around the view that are drawn with it, for symbols as they are; those of regions.
+constexpr double kMargin = 50;
+
 /// Points along each side of an area from which its projected extent is taken.
 constexpr int kSamples = 128;
 
@@ -52,6 +55,9 @@ MapView::MapView(ViewFrame frame)
                         unitsPerPixel_ / kPixelSize;
     region_ = MzClippingRegion::initWithDrawContext(this);
     region_->setMinSpacing(frame_.spacing / frame_.pixelRatio * unitsPerPixel_);
+    // Strokes along the border stay out of sight, however they are scaled.
+    const double margin = kMargin * std::max(1.0, frame_.scaleFactor) * unitsPerPixel_;
+    region_->setClippingRect(MzInsetRect(bounds_, -margin, -margin));
     region_->setExact(true);
     cutter_ = std::make_unique<ViewCutter>(projection, BoundingBox::of(region_->clippingRect()));
 }

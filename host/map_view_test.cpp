@@ -106,6 +106,16 @@ TEST(MapView, KeepsVerticesAFractionOfABackingPixelApart) {
                              {{-180 - 15, -90 - 15}, {360 + 30, 180 + 30}}));
 }
 
+TEST(MapView, ClipsFartherOutWhereSymbolsAreScaled) {
+    ViewFrame frame = worldFrame();
+    frame.scaleFactor = 3;
+    EXPECT_TRUE(MzEqualRects(MapView(frame).clippingRegion()->clippingRect(),
+                             {{-180 - 45, -90 - 45}, {360 + 90, 180 + 90}}));
+    frame.scaleFactor = 0.5;
+    EXPECT_TRUE(MzEqualRects(MapView(frame).clippingRegion()->clippingRect(),
+                             {{-180 - 15, -90 - 15}, {360 + 30, 180 + 30}}));
+}
+
 TEST(MapView, ProjectsTheAreasOutline) {
     const auto zone = MzMapProjection::mapProjectionWithUTMZone(33);
     const BoundingBox extent = projectedArea(*zone, {4, 58, 26, 71});
