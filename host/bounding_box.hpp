@@ -81,4 +81,16 @@ inline std::vector<MzPoint> outlineOf(const BoundingBox& box, int steps) {
     return points;
 }
 
+/// Points all over a box that is not empty, its sides in `steps` steps.
+inline std::vector<MzPoint> gridOf(const BoundingBox& box, int steps) {
+    std::vector<MzPoint> points;
+    for (int i = 0; i <= steps; ++i) {
+        for (int j = 0; j <= steps; ++j) {
+            points.push_back(
+                {box.minX + box.width() * i / steps, box.minY + box.height() * j / steps});
+        }
+    }
+    return points;
+}
+
 }  // namespace mezalith::host

@@ -2,6 +2,7 @@
 #include "host/map_view.hpp"
 
 #include "host/failure.hpp"
+#include "host/region_edge.hpp"
 #include <mezalith/geometry/projected_bounds.hpp>
 
 #include <algorithm>
@@ -18,23 +19,54 @@ constexpr double kMargin = 50;
 /// Points along each side of an area from which its projected extent is taken.
 constexpr int kSamples = 128;
 
+/// How close pieces of the globe follow their curves, backing pixels.
+constexpr double kTolerance = 0.25;
+
 double unitsPerPixelFor(const BoundingBox& extent, MzSize size, const MzMapProjection& projection) {
     const double units = std::max(extent.width() / size.width, extent.height() / size.height);
     // A single place is shown as closely as the projection is meant to be seen.
     return units > 0 ? units : projection.maximumResolution();
 }
 
+/// Metres to a unit at a point of the plane, or in the middle of the projection's region where
+/// that is no place.
+double metersPerUnitAt(const MzMapProjection& projection, MzPoint point) {
+    MzPoint place = projection.longitudeLatitudeForProjectedCoordinate(point);
+    const MzProjectionRegion region = projection.region();
+    if (!std::isfinite(place.x) || !std::isfinite(place.y)) place = region.centre;
+    return projection.metersPerProjectedUnitForLongitudeLatitude(place);
+}
+
+/// Places of the area from which its projected extent is taken: a grid, as the outline may lie
+/// within the extent, and the edge of the region.
+std::vector<MzPoint> placesWithin(const MzProjectionRegion& region, const BoundingBox& area) {
+    std::vector<MzPoint> places = gridOf(area, kSamples);
+    std::erase_if(places, [&](MzPoint p) { return !region.holds(p); });
+    const RegionEdge edge(region);
+    std::vector<MzPoint> rim;
+    edge.addPointsBetween(-1, edge.length(), rim);
+    for (const MzPoint p : rim) {
+        const double turn = 360 * std::ceil((area.minX - p.x) / 360);
+        if (p.x + turn <= area.maxX && p.y >= area.minY && p.y <= area.maxY) places.push_back(p);
+    }
+    return places;
+}
+
 }  // namespace
 
 BoundingBox projectedArea(const MzMapProjection& projection, const BoundingBox& area) {
-    const BoundingBox reach = reachOf(projection);
-    const BoundingBox seen{std::max(area.minX, reach.minX), area.minY,
-                           std::min(area.maxX, reach.maxX), area.maxY};
+    const MzProjectionRegion region = projection.region();
+    std::vector<MzPoint> points;
+    if (region.shape == MzProjectionRegion::Shape::Endless) {
+        const BoundingBox seen{area.minX, std::max(area.minY, region.south), area.maxX,
+                               std::min(area.maxY, region.north)};
+        if (!seen.isEmpty()) points = outlineOf(seen, kSamples);
+    } else if (!area.isEmpty()) {
+        points = placesWithin(region, area);
+    }
+    projection.projectCoordinates(points, points);
     BoundingBox extent;
-    if (seen.isEmpty()) return extent;
-    std::vector<MzPoint> outline = outlineOf(seen, kSamples);
-    projection.projectCoordinates(outline, outline);
-    extent.add(outline);
+    extent.add(points);
     return extent;
 }
 
@@ -50,16 +82,16 @@ MapView::MapView(ViewFrame frame)
     if (!std::isfinite(size.width) || !std::isfinite(size.height)) {
         throw Failure(projection.name(), "the area is too large to be shown");
     }
-    scaleDenominator_ = projection.metersPerProjectedUnitForLongitudeLatitude(
-                            projection.longitudeLatitudeForProjectedCoordinate(centre)) *
-                        unitsPerPixel_ / kPixelSize;
+    scaleDenominator_ = metersPerUnitAt(projection, centre) * unitsPerPixel_ / kPixelSize;
     region_ = MzClippingRegion::initWithDrawContext(this);
     region_->setMinSpacing(frame_.spacing / frame_.pixelRatio * unitsPerPixel_);
     // Strokes along the border stay out of sight, however they are scaled.
     const double margin = kMargin * std::max(1.0, frame_.scaleFactor) * unitsPerPixel_;
     region_->setClippingRect(MzInsetRect(bounds_, -margin, -margin));
     region_->setExact(true);
-    cutter_ = std::make_unique<ViewCutter>(projection, BoundingBox::of(region_->clippingRect()));
+    cutter_ =
+        std::make_unique<ViewCutter>(frame_.projection, BoundingBox::of(region_->clippingRect()),
+                                     kTolerance / frame_.pixelRatio * unitsPerPixel_);
 }
 
 std::shared_ptr<MzAffineTransform> MapView::projectedToPixelTransform() const {
@@ -71,6 +103,15 @@ std::shared_ptr<MzAffineTransform> MapView::projectedToPixelTransform() const {
 
 void MapView::addSubview(const std::shared_ptr<platform::View>& view) {
     subviews_.addSubview(view);
+}
+
+GlobeRings MapView::globeOutline() const {
+    GlobeRings rings = cutter_->outline();
+    const auto toPoints = projectedToPixelTransform();
+    for (GlobeRing& ring : rings) {
+        for (MzPoint& p : ring) p = toPoints->transformPoint(p);
+    }
+    return rings;
 }
 
 std::vector<std::shared_ptr<Feature>> MapView::piecesOf(const Feature& feature) const {

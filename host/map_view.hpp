@@ -53,6 +53,10 @@ class MapView final : public MzDrawContext {
     /// 360 degrees, nothing can be seen: a little more than the frame's area.
     const BoundingBox& seen() const { return cutter_->seen(); }
 
+    /// The outline of what the projection shows of the globe, view points: closed rings, for the
+    /// even-odd rule. None where the view shows no edge of it.
+    GlobeRings globeOutline() const;
+
     /// Draws what can be seen of the feature into the current graphics port.
     void draw(const Feature& feature, bool selected = false);
     /// What a click at `point` (view points) hits of the feature, whose style is asked as when it

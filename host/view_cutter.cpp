@@ -1,16 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "host/view_cutter.hpp"
 
-#include "host/longitude_cut.hpp"
 #include <mezalith/geometry/multi_point_geometry.hpp>
 #include <mezalith/geometry/multi_polygon_geometry.hpp>
 #include <mezalith/geometry/point_geometry.hpp>
 #include <mezalith/geometry/polygon_geometry.hpp>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
-#include <limits>
+#include <iterator>
+#include <numbers>
 #include <utility>
 
 namespace mezalith::host {
@@ -19,22 +20,15 @@ namespace {
 using Points = std::vector<MzPoint>;
 using Rings = std::vector<Points>;
 
-/// Degrees to either side of the meridian. The series of Transverse Mercator stays monotonic in
-/// longitude to 80 degrees on every latitude.
-constexpr double kZoneReach = 70;
-
-/// Points along each side of a rectangle from which the degrees that it shows are taken, the share
-/// of them by which they are grown for what lies between, and the latitude from which on a pole may
-/// be within, where the outline no longer tells the extent.
+/// Points along each side of a rectangle from which the degrees that it shows are taken, and the
+/// share of them by which they are grown for what lies between.
 constexpr int kOutlineSteps = 32;
 constexpr double kOutlineMargin = 0.02;
-constexpr double kPolar = 85;
 
-BoundingBox boundsOfPoints(const Points& points) {
-    BoundingBox box;
-    box.add(points);
-    return box;
-}
+/// Half a turn, and a hair less, so that the two sides of a cut stay apart; the pole. Degrees.
+constexpr double kHalfTurn = 180;
+constexpr double kHair = 1e-9;
+constexpr double kPole = 90;
 
 BoundingBox grown(const BoundingBox& box, double share) {
     const double dx = box.width() * share, dy = box.height() * share;
@@ -100,6 +94,57 @@ void move(Points& points, double shift) {
     for (MzPoint& point : points) point.x += shift;
 }
 
+/// The degrees of a rectangle in the plane of a cylindrical projection, whose sides are meridians
+/// and parallels.
+BoundingBox degreesOf(const MzMapProjection& projection, const BoundingBox& rectangle) {
+    const MzPoint low =
+        projection.longitudeLatitudeForProjectedCoordinate({rectangle.minX, rectangle.minY});
+    const MzPoint high =
+        projection.longitudeLatitudeForProjectedCoordinate({rectangle.maxX, rectangle.maxY});
+    return {low.x, low.y, high.x, high.y};
+}
+
+/// The longitudes and latitudes of a region.
+BoundingBox boxOf(const MzProjectionRegion& region) {
+    using Shape = MzProjectionRegion::Shape;
+    double reach = region.reach, south = region.south, north = region.north;
+    if (region.shape == Shape::Cap) {
+        south = std::max(region.centre.y - reach, -kPole);
+        north = std::min(region.centre.y + reach, kPole);
+        // From where the pole is within, it has every longitude.
+        const double across = std::sin(reach * std::numbers::pi / kHalfTurn) /
+                              std::cos(region.centre.y * std::numbers::pi / kHalfTurn);
+        const bool hasPole = south == -kPole || north == kPole || !(across < 1);
+        reach = hasPole ? kHalfTurn : std::asin(across) * kHalfTurn / std::numbers::pi;
+    }
+    return {region.centre.x - reach, south, region.centre.x + reach, north};
+}
+
+/// What of an endless region surrounds the meridian, once around the globe.
+MzProjectionRegion onceAround(MzProjectionRegion region, double meridian) {
+    if (region.shape != MzProjectionRegion::Shape::Endless) return region;
+    return MzProjectionRegion::band(meridian, kHalfTurn - kHair, std::max(region.south, -kPole),
+                                    std::min(region.north, kPole));
+}
+
+/// A copy to the east.
+std::shared_ptr<MzGeometry> moved(const MzGeometry& geometry, double shift) {
+    std::vector<Rings> members = membersOfGeometry(geometry);
+    if (members.empty()) {
+        Points points = pointsOfGeometry(geometry);
+        move(points, shift);
+        return pointsLike(geometry, std::move(points));
+    }
+    Rings all;
+    for (Rings& rings : members) {
+        for (Points& ring : rings) {
+            move(ring, shift);
+            all.push_back(std::move(ring));
+        }
+    }
+    return polygon(std::move(all));
+}
+
 }  // namespace
 
 BoundingBox boundsOf(MzGeometry& geometry) {
@@ -108,87 +153,158 @@ BoundingBox boundsOf(MzGeometry& geometry) {
     return box;
 }
 
-BoundingBox reachOf(const MzMapProjection& projection) {
-    constexpr double kInfinity = std::numeric_limits<double>::infinity();
-    const auto* zone = dynamic_cast<const MzUTMZoneProjection*>(&projection);
-    if (zone == nullptr) return {-kInfinity, -kInfinity, kInfinity, kInfinity};
-    const double meridian = static_cast<double>(zone->utmZone()) * 6 - 183;
-    return {meridian - kZoneReach, -kInfinity, meridian + kZoneReach, kInfinity};
-}
-
 BoundingBox seenThrough(const MzMapProjection& projection, const BoundingBox& rectangle) {
-    if (projection.isEquitorialCylindrical()) return rectangle;
-    const BoundingBox reach = reachOf(projection);
-    std::vector<MzPoint> outline = outlineOf(rectangle, kOutlineSteps);
-    const std::vector<MzPoint> plane = outline;
-    projection.unprojectCoordinates(outline, outline);
-    const BoundingBox seen = grown(boundsOfPoints(outline), kOutlineMargin);
-    if (!reach.holds(seen) || std::max(-seen.minY, seen.maxY) > kPolar) return reach;
-    // Far out, what an inverse answers need not be where the projection puts there.
-    projection.projectCoordinates(outline, outline);
+    const MzProjectionRegion region = projection.region();
+    if (projection.isEquitorialCylindrical()) return degreesOf(projection, rectangle);
+    const BoundingBox whole = boxOf(region);
     const double tolerance = kOutlineMargin * std::max(rectangle.width(), rectangle.height());
+    const Points plane = gridOf(rectangle, kOutlineSteps);
+    Points places = plane;
+    projection.unprojectCoordinates(places, places);
+    Points again = places;
+    projection.projectCoordinates(again, again);
+    BoundingBox seen;
     for (std::size_t i = 0; i < plane.size(); ++i) {
-        const double dx = outline[i].x - plane[i].x, dy = outline[i].y - plane[i].y;
-        if (!(std::hypot(dx, dy) <= tolerance)) return reach;
+        // Far out, what an inverse answers need not be where the projection puts there.
+        const double off = std::hypot(again[i].x - plane[i].x, again[i].y - plane[i].y);
+        if (!region.holds(places[i]) || !(off <= tolerance)) return whole;
+        const double x = std::remainder(places[i].x - region.centre.x, 2 * kHalfTurn);
+        seen.add(MzPoint{region.centre.x + x, places[i].y});
     }
-    return seen;
+    // Around a pole the grid may miss the last degrees, and meets every longitude.
+    for (const double pole : {-kPole, kPole}) {
+        const MzPoint p =
+            projection.projectedCoordinateForLongitudeLatitude({region.centre.x, pole});
+        if (region.holds({region.centre.x, pole}) &&
+            grown(rectangle, kOutlineMargin).meets({p.x, p.y, p.x, p.y})) {
+            return {whole.minX, std::min(seen.minY, pole), whole.maxX, std::max(seen.maxY, pole)};
+        }
+    }
+    return grown(seen, kOutlineMargin);
 }
 
-ViewCutter::ViewCutter(const MzMapProjection& projection, const BoundingBox& rectangle)
-    : reach_(reachOf(projection)), seen_(seenThrough(projection, rectangle)) {}
+ViewCutter::ViewCutter(std::shared_ptr<MzMapProjection> projection, const BoundingBox& rectangle,
+                       double tolerance)
+    : projection_(std::move(projection)),
+      region_(projection_->region()),
+      seen_(seenThrough(*projection_, rectangle)),
+      shown_(onceAround(region_, seen_.centre().x)),
+      globe_(projection_, shown_, rectangle, tolerance) {}
 
 ViewCutter::Geometries ViewCutter::cut(const Part& part) const {
     Geometries pieces;
     const BoundingBox box = boundsOf(*part.geometry);
     // The feature where it is comes last: a callout, of which there is one, stays there.
-    for (const double shift : {-360.0, 360.0, 0.0}) {
-        if (seen_.meets(box.movedBy(shift, 0))) cutCopy(pieces, part, shift);
+    const std::array<double, 3> shifts{-360.0, 360.0, 0.0};
+    const bool isSeen = std::ranges::any_of(
+        shifts, [&](double shift) { return seen_.meets(box.movedBy(shift, 0)); });
+    if (!isSeen) return pieces;
+    for (const Part& piece : cutGlobe(part)) {
+        const BoundingBox pieceBox = boundsOf(*piece.geometry);
+        for (const double shift : shifts) {
+            const bool isRepeated = region_.shape == MzProjectionRegion::Shape::Endless;
+            if (shift != 0 && !isRepeated) continue;
+            if (isRepeated && !seen_.meets(pieceBox.movedBy(shift, 0))) continue;
+            pieces.push_back(shift == 0 ? piece.geometry : moved(*piece.geometry, shift));
+        }
     }
     return pieces;
 }
 
-void ViewCutter::cutCopy(Geometries& pieces, const Part& part, double shift) const {
-    if (shift == 0 && reach_.holds(boundsOf(*part.geometry))) {
-        pieces.push_back(part.geometry);
-    } else if (part.form == Form::Area) {
-        for (Rings& rings : membersOfGeometry(*part.geometry)) {
-            for (Points& ring : rings) move(ring, shift);
-            cutPolygon(pieces, rings);
+GlobeRings ViewCutter::outline() const {
+    GlobeRings rings;
+    if (region_.shape == MzProjectionRegion::Shape::Endless) {
+        const BoundingBox shown{seen_.minX, std::max(seen_.minY, shown_.south), seen_.maxX,
+                                std::min(seen_.maxY, shown_.north)};
+        if (shown == seen_ || shown.isEmpty()) return rings;
+        rings.push_back({{shown.minX, shown.minY},
+                         {shown.maxX, shown.minY},
+                         {shown.maxX, shown.maxY},
+                         {shown.minX, shown.maxY}});
+    } else if (seen_ == boxOf(region_)) {
+        const GlobeRing world{{-180, -90}, {180, -90}, {180, 90}, {-180, 90}, {-180, -90}};
+        for (GlobeRings& parts : globe_.polygons({{world}})) {
+            std::ranges::move(parts, std::back_inserter(rings));
+        }
+    }
+    for (GlobeRing& ring : rings) projection_->projectCoordinates(ring, ring);
+    return rings;
+}
+
+/// Whether the cut of the view's own lies where data is not cut anyway.
+bool ViewCutter::hasOwnCut() const {
+    const double east = shown_.centre.x + shown_.reach;
+    return std::abs(std::remainder(east - kHalfTurn, 2 * kHalfTurn)) > 2 * kHair;
+}
+
+/// Whether what lies in the box is within the region as it is, without being joined.
+bool ViewCutter::fits(const BoundingBox& box, bool isArea) const {
+    const bool isCut = std::max(std::abs(box.minX), std::abs(box.maxX)) >= kHalfTurn - kHair ||
+                       std::max(std::abs(box.minY), std::abs(box.maxY)) >= kPole - kHair;
+    const BoundingBox shown = boxOf(shown_);
+    switch (region_.shape) {
+        case MzProjectionRegion::Shape::Endless:
+            return region_.south <= box.minY && box.maxY <= region_.north &&
+                   !(isArea && isCut && hasOwnCut());
+        case MzProjectionRegion::Shape::Band:
+            return shown.holds(box) && !(isArea && isCut);
+        case MzProjectionRegion::Shape::Cap:
+            return std::abs(shown_.centre.y) == kPole && shown.minY <= box.minY &&
+                   box.maxY <= shown.maxY && !(isArea && isCut);
+    }
+    return false;
+}
+
+/// Whether the part can be projected as it is.
+bool ViewCutter::needsNoCut(const Part& part) const {
+    if (!fits(boundsOf(*part.geometry), part.form == Form::Area)) return false;
+    if (projection_->isEquitorialCylindrical()) return true;
+    const auto projected = part.geometry->geometryWithProjection(projection_);
+    if (part.form == Form::Line) {
+        return globe_.isFine(pointsOfGeometry(*part.geometry), pointsOfGeometry(*projected));
+    }
+    const std::vector<Rings> members = membersOfGeometry(*part.geometry);
+    const std::vector<Rings> planes = membersOfGeometry(*projected);
+    for (std::size_t i = 0; i < members.size(); ++i) {
+        for (std::size_t j = 0; j < members[i].size(); ++j) {
+            if (!globe_.isFine(members[i][j], planes[i][j])) return false;
+        }
+    }
+    return true;
+}
+
+/// What of the part the projection shows, in longitudes and latitudes of its own.
+std::vector<Part> ViewCutter::cutGlobe(const Part& part) const {
+    if (part.form == Form::Points) return cutPoints(part);
+    if (needsNoCut(part)) return {part};
+    std::vector<Part> parts;
+    if (part.form == Form::Line) {
+        for (Points& piece : globe_.line(pointsOfGeometry(*part.geometry))) {
+            parts.push_back({part.form, multiPoint(std::move(piece))});
         }
     } else {
-        Points points = pointsOfGeometry(*part.geometry);
-        move(points, shift);
-        if (part.form == Form::Line) {
-            cutLine(pieces, points);
-        } else {
-            cutPoints(pieces, points, *part.geometry);
+        for (GlobeRings& rings : globe_.polygons(membersOfGeometry(*part.geometry))) {
+            parts.push_back({part.form, polygon(std::move(rings))});
         }
     }
+    return parts;
 }
 
-void ViewCutter::cutPoints(Geometries& pieces, const Points& points,
-                           const MzGeometry& whole) const {
+std::vector<Part> ViewCutter::cutPoints(const Part& part) const {
+    const bool isRepeated = region_.shape == MzProjectionRegion::Shape::Endless;
+    const Points points = pointsOfGeometry(*part.geometry);
     Points kept;
-    for (const MzPoint& point : points) {
-        if (point.x >= reach_.minX && point.x <= reach_.maxX) kept.push_back(point);
+    bool isMoved = false;
+    for (const MzPoint p : points) {
+        if (!region_.holds(p)) continue;
+        const double off = std::remainder(p.x - region_.centre.x, 2 * kHalfTurn);
+        const bool isWithin = isRepeated || std::abs(p.x - region_.centre.x) <= kHalfTurn;
+        kept.push_back(isWithin ? p : MzPoint{region_.centre.x + off, p.y});
+        isMoved = isMoved || !isWithin;
     }
-    if (!kept.empty()) pieces.push_back(pointsLike(whole, std::move(kept)));
-}
-
-void ViewCutter::cutLine(Geometries& pieces, const Points& line) const {
-    for (Points& piece : lineBetween(line, reach_.minX, reach_.maxX)) {
-        pieces.push_back(multiPoint(std::move(piece)));
-    }
-}
-
-void ViewCutter::cutPolygon(Geometries& pieces, const Rings& rings) const {
-    Rings kept;
-    for (const Points& ring : rings) {
-        Points within = ringBetween(ring, reach_.minX, reach_.maxX);
-        if (within.empty() && kept.empty()) return;
-        if (!within.empty()) kept.push_back(std::move(within));
-    }
-    if (!kept.empty()) pieces.push_back(polygon(std::move(kept)));
+    if (kept.size() == points.size() && !isMoved) return {part};
+    if (kept.empty()) return {};
+    return {{part.form, pointsLike(*part.geometry, std::move(kept))}};
 }
 
 }  // namespace mezalith::host

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/bounding_box.hpp"
+#include "host/globe_cut.hpp"
 #include "host/parts.hpp"
 #include <mezalith/projection/map_projection.hpp>
 
@@ -13,26 +14,25 @@ namespace mezalith::host {
 /// The box around all leaves of `geometry`, in the plane of its coordinates.
 BoundingBox boundsOf(MzGeometry& geometry);
 
-/// The longitudes and latitudes, in degrees, that `projection` can take to its plane: everything
-/// for most, 70 degrees to either side of the meridian for a UTM zone. Farther out the series of
-/// the projection folds back and would put a place where another one belongs.
-BoundingBox reachOf(const MzMapProjection& projection);
-
 /// The longitudes and latitudes, in degrees, that hold everything that `projection` takes into
-/// `rectangle`, projected units: within its reach, and a little more than is needed.
+/// `rectangle`, projected units: within its region, and a little more than is needed.
 BoundingBox seenThrough(const MzMapProjection& projection, const BoundingBox& rectangle);
 
 /// Prepares geometries for the drawing of one view, so that the projection meets only what it puts
 /// in the right place:
 ///
-/// - What lies outside the projection's reach is cut off, in longitude and latitude.
+/// - What lies outside the projection's region is cut off, and lines get the points at which they
+///   bend in its plane.
+/// - What was cut at the 180th meridian is whole where the view shows both sides of it.
 /// - What the globe shows again 360 degrees to the east or west is there again when it can be seen.
 class ViewCutter {
   public:
     using Geometries = std::vector<std::shared_ptr<MzGeometry>>;
 
-    /// For what `projection` takes into `rectangle`, projected units. The projection is not kept.
-    ViewCutter(const MzMapProjection& projection, const BoundingBox& rectangle);
+    /// For what `projection`, which is not null, takes into `rectangle`; pieces follow their curves
+    /// as closely as `tolerance`. Both in projected units.
+    ViewCutter(std::shared_ptr<MzMapProjection> projection, const BoundingBox& rectangle,
+               double tolerance);
 
     /// What of `part` may be seen, in longitude and latitude: often `part.geometry` itself, nothing
     /// when it lies elsewhere.
@@ -41,16 +41,24 @@ class ViewCutter {
     /// Degrees: nothing outside of it, and of what the globe repeats every 360 degrees, is seen.
     const BoundingBox& seen() const { return seen_; }
 
+    /// The outline of what the projection shows of the globe, in projected units: closed rings, for
+    /// the even-odd rule. None where the view shows no edge of it.
+    GlobeRings outline() const;
+
   private:
     using Points = std::vector<MzPoint>;
 
-    void cutCopy(Geometries& pieces, const Part& part, double shift) const;
-    void cutPoints(Geometries& pieces, const Points& points, const MzGeometry& whole) const;
-    void cutLine(Geometries& pieces, const Points& line) const;
-    void cutPolygon(Geometries& pieces, const std::vector<Points>& rings) const;
+    std::vector<Part> cutGlobe(const Part& part) const;
+    std::vector<Part> cutPoints(const Part& part) const;
+    bool fits(const BoundingBox& box, bool isArea) const;
+    bool needsNoCut(const Part& part) const;
+    bool hasOwnCut() const;
 
-    BoundingBox reach_;  ///< degrees
+    std::shared_ptr<MzMapProjection> projection_;
+    MzProjectionRegion region_;
     BoundingBox seen_;
+    MzProjectionRegion shown_;  ///< of the region, once around the globe
+    GlobeCut globe_;
 };
 
 }  // namespace mezalith::host

@@ -7,6 +7,7 @@
 #include <mezalith/geometry/polygon_geometry.hpp>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 #include <random>
@@ -20,7 +21,7 @@ using Points = std::vector<MzPoint>;
 
 /// A view of degrees as they are, clipped to the rectangle.
 ViewCutter degreesCutter(MzRect rect) {
-    return {*MzMapProjection::mapProjectionWithPlateCarree(), BoundingBox::of(rect)};
+    return {MzMapProjection::mapProjectionWithPlateCarree(), BoundingBox::of(rect), 0.01};
 }
 
 Part line(Points points) {
@@ -42,13 +43,6 @@ Points pointsOfPiece(const std::shared_ptr<MzGeometry>& piece) {
 TEST(BoundsOf, CoversAllLeaves) {
     EXPECT_EQ(boundsOf(*line({{1, 2}, {-3, 5}}).geometry), (BoundingBox{-3, 2, 1, 5}));
     EXPECT_TRUE(boundsOf(*line({}).geometry).isEmpty());
-}
-
-TEST(ReachOf, IsLimitedForZonesOnly) {
-    EXPECT_EQ(reachOf(*MzMapProjection::mapProjectionWithUTMZone(33)).minX, -55);
-    EXPECT_EQ(reachOf(*MzMapProjection::mapProjectionWithUTMZone(33)).maxX, 85);
-    EXPECT_EQ(reachOf(*MzMapProjection::mapProjectionWithPlateCarree()).maxX,
-              std::numeric_limits<double>::infinity());
 }
 
 TEST(SeenThrough, IsTheRectangleItselfInDegrees) {
@@ -77,7 +71,7 @@ TEST(SeenThrough, HoldsEveryPlaceThatAZoneTakesThere) {
     const BoundingBox near = seenThrough(*zone, rectangles[0]);
     EXPECT_GT(near.minX, 13);
     EXPECT_LT(near.maxX, 19);
-    EXPECT_EQ(seenThrough(*zone, rectangles[4]), reachOf(*zone));
+    EXPECT_EQ(seenThrough(*zone, rectangles[4]), (BoundingBox{-55, -90, 85, 90}));
 }
 
 TEST(ViewCutter, LeavesAloneWhatIsInside) {
@@ -114,14 +108,16 @@ TEST(ViewCutter, ShowsTheGlobeAgainBeyondTheAntimeridian) {
     const auto pieces = cutter.cut(area({{-180, -5}, {-175, -5}, {-175, -1}, {-180, -5}}));
     ASSERT_EQ(pieces.size(), 1u);
     EXPECT_EQ(boundsOf(*pieces[0]), (BoundingBox{180, -5, 185, -1}));
-    const ViewCutter zone60{*MzMapProjection::mapProjectionWithUTMZone(60), {-1e7, -1e7, 1e7, 1e7}};
+    const ViewCutter zone60{
+        MzMapProjection::mapProjectionWithUTMZone(60), {-1e7, -1e7, 1e7, 1e7}, 1000};
     const auto moved = zone60.cut(line({{-179, 1}, {-178, 2}}));
     ASSERT_EQ(moved.size(), 1u);
     EXPECT_EQ(boundsOf(*moved[0]), (BoundingBox{181, 1, 182, 2}));
 }
 
 TEST(ViewCutter, CutsOffWhatAZoneCannotReach) {
-    const ViewCutter cutter{*MzMapProjection::mapProjectionWithUTMZone(33), {-2e7, -1e7, 2e7, 1e7}};
+    const ViewCutter cutter{
+        MzMapProjection::mapProjectionWithUTMZone(33), {-2e7, -1e7, 2e7, 1e7}, 1000};
     const auto world = cutter.cut(area({{-180, 0}, {180, 0}, {180, 80}, {-180, 80}, {-180, 0}}));
     ASSERT_EQ(world.size(), 1u);
     EXPECT_EQ(boundsOf(*world[0]), (BoundingBox{-55, 0, 85, 80}));
@@ -130,6 +126,50 @@ TEST(ViewCutter, CutsOffWhatAZoneCannotReach) {
         cutter.cut({Form::Points, MzMultiPointGeometry::initWithMultiPoint({3, towns.data()})});
     ASSERT_EQ(points.size(), 1u);
     EXPECT_EQ(pointsOfPiece(points[0]).size(), 1u);
+}
+
+Part twoHalves() {
+    Points west{{175, -20}, {180, -20}, {180, -10}, {175, -10}, {175, -20}};
+    Points east{{-180, -20}, {-178, -20}, {-178, -10}, {-180, -10}, {-180, -20}};
+    std::array<MzLinearRing, 2> rings{{{5, west.data()}, {5, east.data()}}};
+    std::array<MzPolygon, 2> polygons{{{1, &rings[0]}, {1, &rings[1]}}};
+    return {Form::Area, MzMultiPolygonGeometry::initWithMultiPolygon({2, polygons.data()})};
+}
+
+TEST(ViewCutter, JoinsHalvesWhereTheViewShowsBoth) {
+    const auto pieces = degreesCutter({{170, -20}, {20, 20}}).cut(twoHalves());
+    ASSERT_EQ(pieces.size(), 1u);
+    EXPECT_NEAR(boundsOf(*pieces[0]).minX, 175, 1e-9);
+    EXPECT_NEAR(boundsOf(*pieces[0]).maxX, 182, 1e-9);
+    const auto* joined = dynamic_cast<const MzPolygonGeometry*>(pieces[0].get());
+    ASSERT_NE(joined, nullptr);
+    ASSERT_EQ(joined->polygonGeometry()->count, 1u);
+    for (const MzPoint p : pointsOf(&joined->polygonGeometry()->rings[0])) {
+        EXPECT_TRUE(p.x != 180 || p.y == -20 || p.y == -10);
+    }
+}
+
+TEST(ViewCutter, LeavesHalvesToAMapThatIsCutBetweenThem) {
+    const Part halves = twoHalves();
+    const auto pieces = degreesCutter({{-180, -90}, {360, 180}}).cut(halves);
+    ASSERT_EQ(pieces.size(), 3u);  // and once more on both sides
+    EXPECT_EQ(pieces[2], halves.geometry);
+}
+
+TEST(ViewCutter, TellsTheOutlineOfWhatItShowsOfTheGlobe) {
+    EXPECT_TRUE(degreesCutter({{0, 0}, {10, 10}}).outline().empty());
+    const GlobeRings strip = degreesCutter({{0, -100}, {50, 200}}).outline();
+    ASSERT_EQ(strip.size(), 1u);
+    EXPECT_EQ(strip[0][0].y, -90 + 0.0);
+    const auto zone = MzMapProjection::mapProjectionWithUTMZone(33);
+    const ViewCutter near{zone, {400'000, 6'000'000, 700'000, 6'300'000}, 100};
+    EXPECT_TRUE(near.outline().empty());
+    const ViewCutter world{zone, {-2e7, -1.2e7, 2e7, 1.2e7}, 1000};
+    ASSERT_EQ(world.outline().size(), 1u);
+    BoundingBox box;
+    box.add(world.outline()[0]);
+    EXPECT_NEAR(box.maxY, 10e6, 3e5);
+    EXPECT_NEAR(box.centre().x, 500'000, 1);
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "apps/mezalith/isogonic_map.hpp"
 
-#include "host/view_cutter.hpp"
 #include <mezalith/geometry/multi_point_geometry.hpp>
 #include <mezalith/platform/number_text.hpp>
 
@@ -25,7 +24,7 @@ constexpr double kShares[] = {0.5, 0.35, 0.65, 0.2, 0.8, 0.1, 0.9};
 
 /// A line's pieces whose points lie within `edge` of the view's sides, in view points.
 std::vector<Line> runsInView(const host::MapView& view, const Line& line, double edge) {
-    const host::BoundingBox reach = host::reachOf(*view.mapProjection());
+    const MzProjectionRegion region = view.mapProjection()->region();
     const MzRect bounds = view.projectedBounds();
     const MzSize size = view.frame().size;
     Line places(line.size());
@@ -34,8 +33,7 @@ std::vector<Line> runsInView(const host::MapView& view, const Line& line, double
     for (std::size_t i = 0; i < line.size(); ++i) {
         const MzPoint p{(places[i].x - bounds.origin.x) / view.projectedUnitsPerPixel(),
                         (places[i].y - bounds.origin.y) / view.projectedUnitsPerPixel()};
-        const bool reached = line[i].x >= reach.minX && line[i].x <= reach.maxX;
-        if (reached && p.x >= edge && p.x <= size.width - edge && p.y >= edge &&
+        if (region.holds(line[i]) && p.x >= edge && p.x <= size.width - edge && p.y >= edge &&
             p.y <= size.height - edge) {
             runs.back().push_back(p);
         } else if (!runs.back().empty()) {

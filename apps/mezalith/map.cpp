@@ -51,6 +51,16 @@ std::optional<host::BoundingBox> areaToRead(host::ViewFrame frame,
     return host::MapView(frame).seen();
 }
 
+/// Of data with these bounds, what a projection is meant for, when the data is of more than that.
+host::BoundingBox usualArea(const MzMapProjection& projection, const host::BoundingBox& bounds) {
+    const MzRect use = projection.areaOfUse();
+    if (use.size.width == 0) return bounds;
+    const host::BoundingBox area = host::BoundingBox::of(use);
+    constexpr double kWorld = 359;  // degrees
+    const bool isWorld = bounds.width() > kWorld && bounds.maxY >= area.minY;
+    return isWorld || bounds.holds(area) ? area : bounds;
+}
+
 }  // namespace
 
 void addMapOptions(CLI::App& command, MapTexts& texts) {
@@ -111,7 +121,7 @@ void Map::load(double pixelRatio, double spacing) {
                           .scaleFactor = options_.scaleFactor,
                           .spacing = spacing};
     readLayers(areaToRead(frame, options_.area));
-    frame.area = options_.area.value_or(bounds());
+    frame.area = options_.area.value_or(usualArea(*options_.projection, bounds()));
     if (frame.area.isEmpty()) throw host::Failure(sources_.front(), "there is nothing to draw");
     view_ = std::make_unique<host::MapView>(frame);
     layers_.push_back(host::geodesicLayer(geodesics_, *view_));

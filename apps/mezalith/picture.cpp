@@ -6,7 +6,6 @@
 #include "host/letter_case.hpp"
 #include "host/map_view.hpp"
 
-#include <array>
 #include <filesystem>
 
 namespace mezalith::app {
@@ -72,14 +71,36 @@ void Picture::finish() {
     file_.commit();
 }
 
-void fillBackground(platform::GraphicsPort& port, MzSize size, const platform::Color& color) {
-    const std::array<MzPoint, 4> corners{
-        {{0, 0}, {size.width, 0}, {size.width, size.height}, {0, size.height}}};
-    port.setFillColor(&color);
+namespace {
+
+void addOutlines(platform::GraphicsPort& port, const Outlines& outlines) {
     port.beginPath();
-    port.addLines(corners);
-    port.closeSubpath();
-    port.drawPath(platform::PathDrawingMode::Fill);
+    for (const std::vector<MzPoint>& outline : outlines) {
+        port.addLines(outline);
+        port.closeSubpath();
+    }
+}
+
+}  // namespace
+
+void fillOutlines(platform::GraphicsPort& port, const Outlines& outlines,
+                  const platform::Color& color) {
+    port.setFillColor(&color);
+    addOutlines(port, outlines);
+    port.drawPath(platform::PathDrawingMode::EvenOddFill);
+}
+
+void clipToOutlines(platform::GraphicsPort& port, const Outlines& outlines) {
+    addOutlines(port, outlines);
+    port.clipEvenOdd();
+}
+
+Outlines outlineOf(MzSize size) {
+    return {{{0, 0}, {size.width, 0}, {size.width, size.height}, {0, size.height}}};
+}
+
+void fillBackground(platform::GraphicsPort& port, MzSize size, const platform::Color& color) {
+    fillOutlines(port, outlineOf(size), color);
 }
 
 }  // namespace mezalith::app

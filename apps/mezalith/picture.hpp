@@ -11,6 +11,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <vector>
 
 namespace mezalith::app {
 
@@ -53,6 +54,19 @@ class Picture {
     std::exception_ptr error_;  ///< the file's first failure; null while all is well
     std::unique_ptr<platform::CairoPort> port_;
 };
+
+/// Closed lines, view points.
+using Outlines = std::vector<std::vector<MzPoint>>;
+
+/// Of the whole of a view.
+Outlines outlineOf(MzSize size);
+
+/// Fills what an odd number of the outlines surround.
+void fillOutlines(platform::GraphicsPort& port, const Outlines& outlines,
+                  const platform::Color& color);
+
+/// Lets nothing be drawn outside of it any more, in the port's current state.
+void clipToOutlines(platform::GraphicsPort& port, const Outlines& outlines);
 
 /// Fills the whole of a port of `size` view points.
 void fillBackground(platform::GraphicsPort& port, MzSize size, const platform::Color& color);

@@ -5,6 +5,7 @@
 #include "host/failure_of.hpp"
 #include "host/wkb_file.hpp"
 #include "tests/support/temporary_folder.hpp"
+#include <mezalith/platform/recording_port.hpp>
 
 #include <filesystem>
 #include <string_view>
@@ -75,6 +76,17 @@ TEST_F(PictureTest, RefusesSizesThatCannotBe) {
     const std::string message = path("a.png") + ": a picture of this size cannot be made";
     EXPECT_EQ(failureOf([&] { Picture(path("a.png"), false, {1e6, 10}, std::nullopt); }), message);
     EXPECT_TRUE(fs::is_empty(folder_.path()));
+}
+
+TEST(Outlines, AreFilledAndClippedToByTheEvenOddRule) {
+    platform::RecordingPort port;
+    fillOutlines(port, outlineOf({20, 10}), *platform::Color::whiteColor());
+    clipToOutlines(port, {{{0, 0}, {4, 0}, {0, 4}}, {{1, 1}, {2, 1}, {1, 2}}});
+    const std::string text = port.text();
+    EXPECT_NE(text.find("20 10"), std::string::npos) << text;
+    EXPECT_NE(text.find("drawPath 1"), std::string::npos) << text;
+    EXPECT_NE(text.find("clipEvenOdd"), std::string::npos) << text;
+    EXPECT_GT(text.find("clipEvenOdd"), text.find("drawPath 1"));
 }
 
 }  // namespace

@@ -2,9 +2,17 @@
 #include "apps/mezalith/view_options.hpp"
 
 #include "apps/mezalith/arguments.hpp"
+#include <mezalith/projection/utm_projection.hpp>
+#include <mezalith/projection/web_mercator_projection.hpp>
+#ifdef MEZALITH_WITH_PROJ
+#include <mezalith/projection/proj/proj_projection.hpp>
+#endif
 
+#include <algorithm>
+#include <cctype>
 #include <cmath>
 #include <cstdint>
+#include <utility>
 
 namespace mezalith::app {
 namespace {
@@ -24,16 +32,54 @@ MzSize sizeArgument(const std::string& text) {
     return {sides[0], sides[1]};
 }
 
+std::shared_ptr<MzMapProjection> zoneArgument(const std::string& text) {
+    using Hemisphere = MzUTMProjection::Hemisphere;
+    std::string number = text.substr(4);
+    const char last = number.empty() ? '\0' : number.back();
+    const bool isNorth = last == 'n' || last == 'N', isSouth = last == 's' || last == 'S';
+    if (isNorth || isSouth) number.pop_back();
+    const double zone = numberArgument("--projection", number);
+    if (!(zone >= 1 && zone <= 60 && zone == std::floor(zone))) {
+        throw UsageError("--projection", "\"" + text + "\" is not " + kProjectionHelp);
+    }
+    const auto whole = static_cast<std::uint32_t>(zone);
+    if (!isNorth && !isSouth) return MzMapProjection::mapProjectionWithUTMZone(whole);
+    return MzUTMProjection::initWithZone(whole, isNorth ? Hemisphere::North : Hemisphere::South);
+}
+
+/// The systems that need no library, by their codes; null for others.
+std::shared_ptr<MzMapProjection> ownSystem(std::string text) {
+    std::ranges::transform(text, text.begin(), [](unsigned char c) { return std::tolower(c); });
+    if (text == "epsg:3857") return std::make_shared<MzWebMercatorProjection>();
+    for (const auto& [prefix, hemisphere] :
+         {std::pair{"epsg:326", MzUTMProjection::Hemisphere::North},
+          std::pair{"epsg:327", MzUTMProjection::Hemisphere::South}}) {
+        if (!text.starts_with(prefix) || text.size() != 10) continue;
+        const std::string zone = text.substr(8);
+        if (zone.find_first_not_of("0123456789") != std::string::npos) continue;
+        return MzUTMProjection::initWithZone(static_cast<std::uint32_t>(std::stoi(zone)),
+                                             hemisphere);
+    }
+    return nullptr;
+}
+
+std::shared_ptr<MzMapProjection> systemArgument(const std::string& text) {
+    if (auto own = ownSystem(text)) return own;
+    std::string reason;
+#ifdef MEZALITH_WITH_PROJ
+    if (auto system = MzProjProjection::initWithText(text, &reason)) return system;
+#else
+    reason = "this program was built without the PROJ library";
+#endif
+    throw UsageError("--projection", "\"" + text + "\": " + reason);
+}
+
 }  // namespace
 
 std::shared_ptr<MzMapProjection> projectionArgument(const std::string& text) {
     if (text == "plate-carree") return MzMapProjection::mapProjectionWithPlateCarree();
-    if (text.starts_with("utm:")) {
-        const double zone = numberArgument("--projection", text.substr(4));
-        if (zone >= 1 && zone <= 60 && zone == std::floor(zone)) {
-            return MzMapProjection::mapProjectionWithUTMZone(static_cast<std::uint64_t>(zone));
-        }
-    }
+    if (text.starts_with("utm:")) return zoneArgument(text);
+    if (text.starts_with('+') || text.find(':') != std::string::npos) return systemArgument(text);
     throw UsageError("--projection", "\"" + text + "\" is not " + kProjectionHelp);
 }
 
@@ -50,7 +96,9 @@ void addViewOptions(CLI::App& command, ViewTexts& texts) {
         command.add_option(name, text, help)->type_name(type)->capture_default_str();
     };
     add("--projection", texts.projection, "PROJECTION", kProjectionHelp);
-    add("--bbox", texts.bbox, "W,S,E,N", "Area to show, degrees; default the data's bounds");
+    add("--bbox", texts.bbox, "W,S,E,N",
+        "Area to show, degrees; default the data's bounds, or the projection's own area within "
+        "them");
     add("--size", texts.size, "WxH", "Size of the view, view points");
     add("--scale-factor", texts.scaleFactor, "FACTOR", "Multiplies widths, dashes and symbols");
     add("--pixel-ratio", texts.pixelRatio, "RATIO",

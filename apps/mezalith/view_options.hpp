@@ -40,11 +40,14 @@ void addViewOptions(CLI::App& command, ViewTexts& texts);
 /// Throws a UsageError for what is not to be understood.
 ViewOptions viewOptionsOf(const ViewTexts& texts);
 
-/// "plate-carree" or "utm:ZONE" with a zone of 1 to 60; throws a UsageError for any other text.
+/// "plate-carree"; "utm:ZONE" for the settled projection of a zone, 1 to 60, "utm:ZONEn" or
+/// "utm:ZONEs" for its counterpart in a hemisphere; any reference system by its code, such as
+/// "epsg:3857", or as a PROJ string. Throws a UsageError for what is none of these.
 std::shared_ptr<MzMapProjection> projectionArgument(const std::string& text);
 
 /// The help text that goes with it.
-inline constexpr char kProjectionHelp[] = "plate-carree or utm:ZONE, a zone of 1 to 60";
+inline constexpr char kProjectionHelp[] =
+    "plate-carree, utm:ZONE (1 to 60; with n or s the hemisphere), epsg:CODE or a PROJ string";
 
 /// A colour as "#rgb", "#rrggbb", "#rrggbbaa" or by its CSS name; throws a UsageError about the
 /// argument `name` for any other text.

@@ -49,13 +49,35 @@ TEST(ViewOptions, LetTheAreaCrossTheAntimeridian) {
     EXPECT_EQ(viewOptionsOf({.bbox = "5,6,5,6"}).area, (host::BoundingBox{5, 6, 5, 6}));
 }
 
+std::int64_t sridOf(const std::string& projection) {
+    return viewOptionsOf({.projection = projection}).projection->srid();
+}
+
+TEST(ViewOptions, NameProjectionsInManyWays) {
+    EXPECT_EQ(sridOf("utm:33"), 32633);
+    EXPECT_FALSE(viewOptionsOf({.projection = "utm:33"}).projection->isUTM());
+    EXPECT_EQ(sridOf("utm:33n"), 32633);
+    EXPECT_TRUE(viewOptionsOf({.projection = "utm:33N"}).projection->isUTM());
+    EXPECT_EQ(sridOf("utm:19s"), 32719);
+    EXPECT_EQ(sridOf("epsg:3857"), 3857);
+    EXPECT_EQ(sridOf("EPSG:32760"), 32760);
+#ifdef MEZALITH_WITH_PROJ
+    EXPECT_EQ(sridOf("epsg:25833"), 25833);
+    EXPECT_LT(sridOf("+proj=moll +lon_0=150"), 0);
+#endif
+}
+
 TEST(ViewOptions, SayWhatIsWrong) {
     EXPECT_EQ(usageErrorOf({.projection = "utm:0"}),
-              "--projection: \"utm:0\" is not plate-carree or utm:ZONE, a zone of 1 to 60");
+              std::string("--projection: \"utm:0\" is not ") + kProjectionHelp);
     EXPECT_NE(usageErrorOf({.projection = "utm:33.5"}), "no error");
     EXPECT_NE(usageErrorOf({.projection = "utm:61"}), "no error");
     EXPECT_NE(usageErrorOf({.projection = "utm:"}), "no error");
     EXPECT_NE(usageErrorOf({.projection = "mercator"}), "no error");
+    EXPECT_NE(usageErrorOf({.projection = "utm:s"}), "no error");
+    EXPECT_NE(usageErrorOf({.projection = "utm:61n"}), "no error");
+    EXPECT_NE(usageErrorOf({.projection = "epsg:1"}), "no error");
+    EXPECT_NE(usageErrorOf({.projection = "+proj=nonsense"}), "no error");
     EXPECT_EQ(usageErrorOf({.bbox = "1,2,3"}), "--bbox: \"1,2,3\" is not of the form W,S,E,N");
     EXPECT_EQ(usageErrorOf({.bbox = "1,5,2,4"}), "--bbox: no area in 1,5,2,4");
     EXPECT_EQ(usageErrorOf({.size = "0x100"}), "--size: no area in 0x100");

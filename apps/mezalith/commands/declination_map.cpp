@@ -60,15 +60,6 @@ void drawLand(host::MapView& view, const std::string& coast) {
     }
 }
 
-/// The part of the picture above the legend.
-void clipToMap(platform::GraphicsPort& port, MzSize size) {
-    port.beginPath();
-    port.addLines(
-        std::vector<MzPoint>{{0, 0}, {size.width, 0}, {size.width, size.height}, {0, size.height}});
-    port.closeSubpath();
-    port.clipEvenOdd();
-}
-
 std::vector<double> levelsOf(const std::vector<Isogon>& isogons) {
     std::vector<double> levels;
     levels.reserve(isogons.size());
@@ -117,7 +108,7 @@ void run(const Given& given) {
     fillBackground(port, options.size, *platform::Color::whiteColor());
     port.saveState();
     port.translate(0, legendHeight);
-    clipToMap(port, mapSize);
+    clipToOutlines(port, outlineOf(mapSize));
     fillBackground(port, mapSize, *options.background);
     drawLand(view, coastOf(given));
     drawIsogons(view, isogons, style);

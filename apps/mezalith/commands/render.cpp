@@ -16,6 +16,7 @@ struct Given {
     MapTexts map;
     CalloutTexts callouts;
     std::string output;
+    std::string sea;
     bool overwrite = false;
 };
 
@@ -42,13 +43,22 @@ void drawCallouts(Map& map, std::optional<host::Callouts> callouts) {
 
 void run(const Given& given) {
     Map map(given.map);
+    const auto sea = given.sea.empty() ? nullptr : colorArgument("--sea", given.sea);
     const std::optional<host::Callouts> callouts = calloutsOf(given.callouts);
     const ViewOptions& options = map.options();
     Picture picture(given.output, given.overwrite, options.size, options.pixelRatio);
     map.load(picture.pixelRatio(), picture.spacing());
     const platform::GraphicsContext context(&picture.port());
     fillBackground(picture.port(), options.size, *options.background);
+    const Outlines globe = map.view().globeOutline();
+    if (sea != nullptr) {
+        fillOutlines(picture.port(), globe.empty() ? outlineOf(options.size) : globe, *sea);
+    }
+    picture.port().saveState();
+    // What lines have to the outside of the globe is not for the map.
+    if (!globe.empty()) clipToOutlines(picture.port(), globe);
     drawLayers(map, given.map.quiet);
+    picture.port().restoreState();
     drawCallouts(map, callouts);
     picture.finish();
 }
@@ -62,6 +72,11 @@ void setUpRender(CLI::App& command) {
     command.add_option("-o,--output", given->output, "Picture to write, .png, .svg or .pdf")
         ->required()
         ->type_name("OUT");
+    command
+        .add_option("--sea", given->sea,
+                    "Colour of the globe under everything, within the outline that the projection "
+                    "gives it; default none")
+        ->type_name("COLOR");
     command.add_flag("--overwrite", given->overwrite, "Replace OUT when it exists");
     command.callback([given] { run(*given); });
 }

@@ -1,0 +1,112 @@
+// SPDX-License-Identifier: MIT
+#include "host/antimeridian.hpp"
+
+#include <cmath>
+
+#include <gtest/gtest.h>
+
+namespace mezalith::host {
+namespace {
+
+/// A closed box.
+GlobeRing box(double west, double south, double east, double north) {
+    return {{west, south}, {east, south}, {east, north}, {west, north}, {west, south}};
+}
+
+/// Twice the area in the plane, with its sign.
+double doubleArea(const GlobeRing& ring) {
+    double sum = 0;
+    for (std::size_t i = 0; i < ring.size(); ++i) {
+        const MzPoint a = ring[i == 0 ? ring.size() - 1 : i - 1], b = ring[i];
+        sum += a.x * b.y - b.x * a.y;
+    }
+    return sum;
+}
+
+bool hasSideAlong(const GlobeRings& rings, double longitude) {
+    for (const GlobeRing& ring : rings) {
+        for (std::size_t i = 1; i < ring.size(); ++i) {
+            if (ring[i].x == longitude && ring[i - 1].x == longitude) return true;
+        }
+    }
+    return false;
+}
+
+TEST(Antimeridian, LeavesAloneWhatDoesNotTouchIt) {
+    const std::vector<GlobeRings> polygons{{box(0, 0, 10, 10), box(2, 2, 3, 3)},
+                                           {box(170, 0, 179, 5)}};
+    const JoinedPolygons globe = joinedAcrossAntimeridian(polygons);
+    EXPECT_EQ(globe.apart.size(), 2u);
+    EXPECT_TRUE(globe.joined.empty());
+    EXPECT_TRUE(globe.joinedFrom.empty());
+    EXPECT_FALSE(touchesAntimeridian(polygons[0]));
+}
+
+TEST(Antimeridian, JoinsTwoHalvesOfAnIsland) {
+    const JoinedPolygons globe = joinedAcrossAntimeridian(
+        {{box(175, -20, 180, -10)}, {box(0, 0, 1, 1)}, {box(-180, -20, -178, -10)}});
+    EXPECT_EQ(globe.apart.size(), 1u);
+    ASSERT_EQ(globe.joined.size(), 1u);
+    EXPECT_EQ(globe.joinedFrom.size(), 2u);
+    EXPECT_FALSE(hasSideAlong(globe.joined, 180));
+    EXPECT_FALSE(hasSideAlong(globe.joined, -180));
+    EXPECT_NEAR(std::abs(doubleArea(globe.joined[0])), 2 * 7 * 10, 1e-9);
+}
+
+TEST(Antimeridian, JoinsHalvesWithOtherPointsOnTheCut) {
+    GlobeRing east = box(-180, -20, -178, -10);
+    east.insert(east.end() - 1, {-180, -15});
+    const JoinedPolygons globe = joinedAcrossAntimeridian({{box(175, -20, 180, -10)}, {east}});
+    ASSERT_EQ(globe.joined.size(), 1u);
+    EXPECT_FALSE(hasSideAlong(globe.joined, 180));
+    EXPECT_NEAR(std::abs(doubleArea(globe.joined[0])), 2 * 7 * 10, 1e-9);
+}
+
+TEST(Antimeridian, KeepsTheSideWhereOnlyOneHalfHasLand) {
+    const JoinedPolygons globe =
+        joinedAcrossAntimeridian({{box(175, -20, 180, 0)}, {box(-180, -20, -178, -10)}});
+    ASSERT_EQ(globe.joined.size(), 1u);
+    EXPECT_NEAR(std::abs(doubleArea(globe.joined[0])), 2 * (5 * 20 + 2 * 10), 1e-9);
+    const JoinedPolygons alone = joinedAcrossAntimeridian({{box(175, -20, 180, 0)}});
+    ASSERT_EQ(alone.joined.size(), 1u);
+    EXPECT_NEAR(std::abs(doubleArea(alone.joined[0])), 2 * 5 * 20, 1e-9);
+}
+
+TEST(Antimeridian, FreesAContinentAroundAPoleOfItsFrame) {
+    const GlobeRing antarctica{{-180, -84}, {-90, -70}, {0, -75},    {90, -66},
+                               {180, -84},  {180, -90}, {-180, -90}, {-180, -84}};
+    const JoinedPolygons globe = joinedAcrossAntimeridian({{antarctica}});
+    ASSERT_EQ(globe.joined.size(), 1u);
+    ASSERT_EQ(globe.joined[0].size(), 5u);
+    for (const MzPoint p : globe.joined[0]) EXPECT_GE(p.y, -84);
+    EXPECT_EQ(std::abs(globe.joined[0].back().x - globe.joined[0].front().x), 360);
+}
+
+TEST(Antimeridian, LeavesNoRingOfTheWholeWorld) {
+    const JoinedPolygons globe = joinedAcrossAntimeridian({{box(-180, -90, 180, 90)}});
+    EXPECT_TRUE(globe.joined.empty());
+    EXPECT_EQ(globe.joinedFrom.size(), 1u);
+}
+
+TEST(Antimeridian, MakesTwoRingsOfABeltAroundTheGlobe) {
+    const JoinedPolygons globe = joinedAcrossAntimeridian({{box(-180, -60, 180, 60)}});
+    ASSERT_EQ(globe.joined.size(), 2u);
+    for (const GlobeRing& ring : globe.joined) EXPECT_EQ(ring.size(), 2u);
+}
+
+TEST(Antimeridian, JoinsAWedgeAtThePole) {
+    const JoinedPolygons globe =
+        joinedAcrossAntimeridian({{{{20, -90}, {45, -90}, {45, -60}, {20, -60}, {20, -90}}}});
+    ASSERT_EQ(globe.joined.size(), 1u);
+    EXPECT_EQ(globe.joined[0].size(), 4u);
+}
+
+TEST(Antimeridian, KeepsHolesAndIslandsOfWhatItJoins) {
+    const JoinedPolygons globe = joinedAcrossAntimeridian(
+        {{box(170, 0, 180, 10), box(172, 2, 174, 4)}, {box(-180, 0, -170, 10)}});
+    ASSERT_EQ(globe.joined.size(), 2u);
+    EXPECT_NEAR(std::abs(doubleArea(globe.joined[0])), 2 * 2 * 2, 1e-9);
+}
+
+}  // namespace
+}  // namespace mezalith::host

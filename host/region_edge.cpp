@@ -1,0 +1,197 @@
+// SPDX-License-Identifier: MIT
+#include "host/region_edge.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <numbers>
+#include <utility>
+
+namespace mezalith::host {
+namespace {
+
+constexpr double kRadians = std::numbers::pi / 180;
+constexpr double kTurn = 360;
+constexpr double kPole = 90;
+
+/// Degrees between points of the edge, and between those at which a long segment is looked at.
+constexpr double kMark = 0.5;
+constexpr double kLook = 2;
+constexpr int kHalvings = 50;
+
+/// Degrees within which two points are the same, and from which on one is at a pole.
+constexpr double kSame = 1e-6;
+constexpr double kAtPole = 90 - 1e-9;
+
+/// Where a segment meets a side of a band.
+struct Crossing {
+    double t;
+    MzPoint at;
+};
+
+MzPoint between(MzPoint p, MzPoint q, double t) {
+    return {p.x + (q.x - p.x) * t, p.y + (q.y - p.y) * t};
+}
+
+/// Crossings of p..q with x = `meridian`, whole turns apart.
+void addMeridianCrossings(MzPoint p, MzPoint q, double meridian, std::vector<Crossing>& crossings) {
+    const auto [low, high] = std::minmax(p.x, q.x);
+    const double last = std::floor((high - meridian) / kTurn);
+    for (double turn = std::ceil((low - meridian) / kTurn); turn <= last; ++turn) {
+        const double x = meridian + turn * kTurn;
+        const double t = (x - p.x) / (q.x - p.x);
+        if (t > 0 && t < 1) crossings.push_back({t, {x, between(p, q, t).y}});
+    }
+}
+
+void addParallelCrossing(MzPoint p, MzPoint q, double parallel, std::vector<Crossing>& crossings) {
+    const double t = (parallel - p.y) / (q.y - p.y);
+    if (t > 0 && t < 1) crossings.push_back({t, {between(p, q, t).x, parallel}});
+}
+
+}  // namespace
+
+RegionEdge::RegionEdge(const MzProjectionRegion& region)
+    : isCap_(region.shape == MzProjectionRegion::Shape::Cap),
+      west_(region.centre.x - region.reach),
+      east_(region.centre.x + region.reach),
+      south_(std::max(region.south, -kPole + 1e-9)),
+      north_(std::min(region.north, kPole - 1e-9)),
+      centre_(region.centre),
+      middle_(direction(region.centre)),
+      toEast_{-std::sin(region.centre.x * kRadians), std::cos(region.centre.x * kRadians), 0},
+      cosine_(std::cos(region.reach * kRadians)),
+      sine_(std::sin(region.reach * kRadians)) {
+    toNorth_ = {middle_.y * toEast_.z - middle_.z * toEast_.y,
+                middle_.z * toEast_.x - middle_.x * toEast_.z,
+                middle_.x * toEast_.y - middle_.y * toEast_.x};
+    const double width = east_ - west_, height = north_ - south_;
+    length_ = isCap_ ? kTurn : 2 * (width + height);
+    for (double mark = 0; mark < length_; mark += kMark) marks_.push_back(mark);
+    if (!isCap_) marks_.insert(marks_.end(), {width, width + height, 2 * width + height});
+    std::ranges::sort(marks_);
+}
+
+RegionEdge::Vector RegionEdge::direction(MzPoint p) {
+    const double lambda = p.x * kRadians, phi = p.y * kRadians;
+    return {std::cos(phi) * std::cos(lambda), std::cos(phi) * std::sin(lambda), std::sin(phi)};
+}
+
+bool RegionEdge::capHolds(MzPoint p) const {
+    if (std::abs(centre_.y) == kPole) {
+        return std::sin(std::copysign(p.y, p.y * centre_.y) * kRadians) >= cosine_;
+    }
+    return dot(direction(p), middle_) >= cosine_;
+}
+
+void RegionEdge::addSteps(MzPoint p, MzPoint q, std::vector<Step>& steps) const {
+    if (isCap_) {
+        addCapSteps(p, q, steps);
+    } else {
+        addBandSteps(p, q, steps);
+    }
+}
+
+void RegionEdge::addBandSteps(MzPoint p, MzPoint q, std::vector<Step>& steps) const {
+    std::vector<Crossing> crossings;
+    if (p.x != q.x) {
+        addMeridianCrossings(p, q, west_, crossings);
+        addMeridianCrossings(p, q, east_, crossings);
+    }
+    if (p.y != q.y) {
+        addParallelCrossing(p, q, south_, crossings);
+        addParallelCrossing(p, q, north_, crossings);
+    }
+    std::ranges::sort(crossings, {}, &Crossing::t);
+    crossings.push_back({1, q});
+    MzPoint from = p;
+    for (const Crossing& crossing : crossings) {
+        const MzPoint middle = between(from, crossing.at, 0.5);
+        const double turn = std::round((middle.x - centre_.x) / kTurn) * kTurn;
+        const double x = middle.x - turn;
+        const bool isInside = x >= west_ && x <= east_ && middle.y >= south_ && middle.y <= north_;
+        const auto local = [&](MzPoint point) {
+            return MzPoint{std::clamp(point.x - turn, west_, east_), point.y};
+        };
+        steps.push_back({local(from), local(crossing.at), isInside});
+        from = crossing.at;
+    }
+}
+
+/// Where between two shares of the segment, one inside and one outside, it meets the edge.
+double RegionEdge::crossing(MzPoint p, MzPoint q, double inside, double outside) const {
+    for (int i = 0; i < kHalvings; ++i) {
+        const double middle = (inside + outside) / 2;
+        (capHolds(between(p, q, middle)) ? inside : outside) = middle;
+    }
+    return inside;
+}
+
+void RegionEdge::addCapSteps(MzPoint p, MzPoint q, std::vector<Step>& steps) const {
+    const double extent = std::max(std::abs(q.x - p.x), std::abs(q.y - p.y));
+    const int looks = std::max(1, static_cast<int>(std::ceil(extent / kLook)));
+    MzPoint from = p;
+    bool wasInside = capHolds(p);
+    double before = 0;
+    for (int i = 1; i <= looks; ++i) {
+        const double t = static_cast<double>(i) / looks;
+        const bool isInside = capHolds(between(p, q, t));
+        if (isInside != wasInside) {
+            const double at = isInside ? crossing(p, q, t, before) : crossing(p, q, before, t);
+            steps.push_back({from, between(p, q, at), wasInside});
+            from = between(p, q, at);
+        }
+        wasInside = isInside;
+        before = t;
+    }
+    steps.push_back({from, q, wasInside});
+}
+
+bool RegionEdge::goesOn(MzPoint end, MzPoint next) const {
+    if (std::abs(end.y - next.y) > kSame) return false;
+    const double dx = next.x - end.x;
+    return std::abs(isCap_ ? std::remainder(dx, kTurn) : dx) < kSame || std::abs(end.y) >= kAtPole;
+}
+
+double RegionEdge::positionOf(MzPoint point) const {
+    if (isCap_) {
+        const Vector d = direction(point);
+        const double azimuth = std::atan2(dot(d, toEast_), dot(d, toNorth_)) / kRadians;
+        return azimuth < 0 ? azimuth + kTurn : azimuth;
+    }
+    const double width = east_ - west_, height = north_ - south_;
+    const double x = std::clamp(point.x, west_, east_) - west_;
+    const double y = std::clamp(point.y, south_, north_) - south_;
+    const double nearest = std::min({x, width - x, y, height - y});
+    if (nearest == y) return x;
+    if (nearest == width - x) return width + y;
+    if (nearest == height - y) return width + height + (width - x);
+    return 2 * width + height + (height - y);
+}
+
+MzPoint RegionEdge::pointAt(double position) const {
+    if (isCap_) {
+        const double east = sine_ * std::sin(position * kRadians);
+        const double north = sine_ * std::cos(position * kRadians);
+        const double x = cosine_ * middle_.x + east * toEast_.x + north * toNorth_.x;
+        const double y = cosine_ * middle_.y + east * toEast_.y + north * toNorth_.y;
+        const double z = cosine_ * middle_.z + east * toEast_.z + north * toNorth_.z;
+        return {std::atan2(y, x) / kRadians, std::atan2(z, std::hypot(x, y)) / kRadians};
+    }
+    const double width = east_ - west_, height = north_ - south_;
+    if (position <= width) return {west_ + position, south_};
+    if (position <= width + height) return {east_, south_ + (position - width)};
+    if (position <= 2 * width + height) return {east_ - (position - width - height), north_};
+    return {west_, north_ - (position - 2 * width - height)};
+}
+
+void RegionEdge::addPointsBetween(double from, double to, std::vector<MzPoint>& points) const {
+    const auto [low, high] = std::minmax(from, to);
+    const auto first = std::ranges::upper_bound(marks_, low);
+    const auto last = std::ranges::lower_bound(marks_, high);
+    const auto place = points.size();
+    for (auto mark = first; mark < last; ++mark) points.push_back(pointAt(*mark));
+    if (from > to) std::reverse(points.begin() + static_cast<std::ptrdiff_t>(place), points.end());
+}
+
+}  // namespace mezalith::host
