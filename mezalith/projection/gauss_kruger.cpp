@@ -49,13 +49,17 @@ constexpr Series kInverse{
     kN* kN* kN* kN* kN * (4583.0 / 161280 + kN * -108847 / 3991680),
     kN* kN* kN* kN* kN* kN * 20648693 / 638668800};
 
-/// The sum of series[j] sin 2(j+1)z for z = x + iy, by Clenshaw's recurrence.
-MzPoint sineSum(const Series& series, MzPoint z) {
-    const double sine = std::sin(2 * z.x), cosine = std::cos(2 * z.x);
-    const double sinh = std::sinh(2 * z.y), cosh = std::cosh(2 * z.y);
+/// Of the double of a complex angle: sine and cosine of its real part, hyperbolic ones of the
+/// imaginary part.
+struct DoubleAngle {
+    double sine, cosine, sinh, cosh;
+};
+
+/// The sum of series[j] sin 2(j+1)z, by Clenshaw's recurrence.
+MzPoint sineSum(const Series& series, const DoubleAngle& z) {
     // Twice the cosine of 2z, and the sine.
-    const MzPoint c{2 * cosine * cosh, -2 * sine * sinh};
-    const MzPoint s{sine * cosh, cosine * sinh};
+    const MzPoint c{2 * z.cosine * z.cosh, -2 * z.sine * z.sinh};
+    const MzPoint s{z.sine * z.cosh, z.cosine * z.sinh};
     MzPoint b1{0, 0}, b2{0, 0};
     for (std::size_t j = series.size(); j-- > 0;) {
         const MzPoint b{series[j] + c.x * b1.x - c.y * b1.y - b2.x, c.x * b1.y + c.y * b1.x - b2.y};
@@ -65,10 +69,13 @@ MzPoint sineSum(const Series& series, MzPoint z) {
     return {b1.x * s.x - b1.y * s.y, b1.x * s.y + b1.y * s.x};
 }
 
+/// For |x| < 0.01, all digits.
+double smallSinh(double x) { return x * (1 + x * x / 6 * (1 + x * x / 20)); }
+
 /// Tangent of the conformal latitude from that of the latitude.
 double conformalTangent(double tau) {
     const double secant = std::sqrt(1 + tau * tau);
-    const double sigma = std::sinh(kE * std::atanh(kE * tau / secant));
+    const double sigma = smallSinh(kE * std::atanh(kE * tau / secant));
     return std::sqrt(1 + sigma * sigma) * tau - sigma * secant;
 }
 
@@ -96,16 +103,21 @@ MzPoint forward(MzPoint point, double meridian) {
     const double lambda = std::remainder(point.x - meridian, 360) * kRadians;
     const double sine = std::sin(lambda), cosine = std::cos(lambda);
     const double conformal = conformalTangent(std::tan(point.y * kRadians));
-    const MzPoint sphere{std::atan2(conformal, cosine),
-                         std::asinh(sine / std::hypot(conformal, cosine))};
-    const MzPoint change = sineSum(kForward, sphere);
+    // What the series need of the sphere's northing and easting follows without the angles.
+    const double length = std::sqrt(conformal * conformal + cosine * cosine);
+    const double up = conformal / length, across = cosine / length, s = sine / length;
+    const DoubleAngle twice{2 * up * across, (across - up) * (across + up),
+                            2 * s * std::sqrt(1 + s * s), 1 + 2 * s * s};
+    const MzPoint sphere{std::atan2(conformal, cosine), std::asinh(s)};
+    const MzPoint change = sineSum(kForward, twice);
     return {(sphere.y + change.y) * kRectifyingRadius, (sphere.x + change.x) * kRectifyingRadius};
 }
 
 MzPoint inverse(MzPoint plane, double meridian) {
     if (!std::isfinite(plane.x) || !std::isfinite(plane.y)) return {kNaN, kNaN};
     const MzPoint z{plane.y / kRectifyingRadius, plane.x / kRectifyingRadius};
-    const MzPoint change = sineSum(kInverse, z);
+    const MzPoint change = sineSum(
+        kInverse, {std::sin(2 * z.x), std::cos(2 * z.x), std::sinh(2 * z.y), std::cosh(2 * z.y)});
     const double xi = z.x - change.x, eta = z.y - change.y;
     const double s = std::sinh(eta), c = std::cos(xi);
     const double tau = tangentOfConformal(std::sin(xi) / std::hypot(s, c));

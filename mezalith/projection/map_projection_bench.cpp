@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <mezalith/projection/map_projection.hpp>
+#include <mezalith/projection/utm_projection.hpp>
+#include <mezalith/projection/web_mercator_projection.hpp>
 
 #include <cstring>
 #include <random>
@@ -77,6 +79,17 @@ void PlateCarreeBatch(benchmark::State& state) {
 void UTMOneByOne(benchmark::State& state) { projectOneByOne(state, zone33()); }
 void UTMBatch(benchmark::State& state) { projectBatch(state, zone33()); }
 void UTMInverseBatch(benchmark::State& state) { unprojectBatch(state, zone33()); }
+std::shared_ptr<MzMapProjection> north33() {
+    return MzUTMProjection::initWithZone(33, MzUTMProjection::Hemisphere::North);
+}
+void CounterpartUTMBatch(benchmark::State& state) { projectBatch(state, north33()); }
+void CounterpartUTMInverseBatch(benchmark::State& state) { unprojectBatch(state, north33()); }
+void WebMercatorBatch(benchmark::State& state) {
+    projectBatch(state, std::make_shared<MzWebMercatorProjection>());
+}
+void WebMercatorInverseBatch(benchmark::State& state) {
+    unprojectBatch(state, std::make_shared<MzWebMercatorProjection>());
+}
 
 BENCHMARK(Memcpy)->RangeMultiplier(64)->Range(1 << 6, 1 << 18);
 BENCHMARK(PlateCarreeOneByOne)->RangeMultiplier(64)->Range(1 << 6, 1 << 18);
@@ -84,6 +97,10 @@ BENCHMARK(PlateCarreeBatch)->RangeMultiplier(64)->Range(1 << 6, 1 << 18);
 BENCHMARK(UTMOneByOne)->RangeMultiplier(64)->Range(1 << 6, 1 << 18);
 BENCHMARK(UTMBatch)->RangeMultiplier(64)->Range(1 << 6, 1 << 18);
 BENCHMARK(UTMInverseBatch)->RangeMultiplier(64)->Range(1 << 6, 1 << 18);
+BENCHMARK(CounterpartUTMBatch)->RangeMultiplier(64)->Range(1 << 6, 1 << 18);
+BENCHMARK(CounterpartUTMInverseBatch)->RangeMultiplier(64)->Range(1 << 6, 1 << 18);
+BENCHMARK(WebMercatorBatch)->RangeMultiplier(64)->Range(1 << 6, 1 << 18);
+BENCHMARK(WebMercatorInverseBatch)->RangeMultiplier(64)->Range(1 << 6, 1 << 18);
 
 }  // namespace
 }  // namespace mezalith

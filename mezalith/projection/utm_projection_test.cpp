@@ -88,7 +88,7 @@ TEST(UTMProjection, IsRightWhereTheSettledOneIsOdd) {
     EXPECT_EQ(right->srid(), 32760);
     EXPECT_FALSE(settled->isUTM());
     EXPECT_TRUE(right->isUTM());
-    // Far from the meridian the short series drifts away: half a kilometre at 45 degrees.
+    // Far from the meridian the short series drifts away, by kilometres at 45 degrees.
     const auto settled33 = MzUTMZoneProjection::initWithZone(33);
     const auto right33 = MzUTMProjection::initWithZone(33, Hemisphere::North);
     const double apart = settled33->projectedCoordinateForLongitudeLatitude({60, 10}).x -
