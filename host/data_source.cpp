@@ -2,23 +2,16 @@
 #include "host/data_source.hpp"
 
 #include "host/failure.hpp"
+#include "host/map_library.hpp"
+#include "host/source_address.hpp"
 #include "host/survey.hpp"
 #include "host/wkb_file.hpp"
 
 #include <algorithm>
-#include <array>
-#include <cerrno>
-#include <filesystem>
-#include <mutex>
 #include <optional>
-#include <system_error>
 #include <utility>
 
-#include <cpl_conv.h>
-#include <cpl_http.h>
-#include <gdal_priv.h>
 #include <ogr_spatialref.h>
-#include <ogrsf_frmts.h>
 
 namespace mezalith::host {
 
@@ -47,13 +40,6 @@ class DataSource::Backend {
 
 namespace {
 
-/// A source taken apart.
-struct Address {
-    std::string name;                  ///< as the user gave it, without the layer
-    std::string connection;            ///< what to open
-    std::optional<std::string> layer;  ///< the one layer that is wanted
-};
-
 class WKBBackend final : public DataSource::Backend {
   public:
     explicit WKBBackend(const std::string& path)
@@ -72,76 +58,6 @@ class WKBBackend final : public DataSource::Backend {
     std::string name_;
     std::vector<std::byte> bytes_;
 };
-
-/// While it lives, what the data library reports on this thread stays here instead of going to
-/// standard error.
-class ErrorScope {
-  public:
-    ErrorScope() {
-        CPLPushErrorHandlerEx(&ErrorScope::take, this);
-        CPLErrorReset();
-    }
-    ~ErrorScope() { CPLPopErrorHandler(); }
-    ErrorScope(const ErrorScope&) = delete;
-    ErrorScope& operator=(const ErrorScope&) = delete;
-
-    /// The first error since the last call, or `otherwise`.
-    std::string takeError(const char* otherwise) {
-        return std::exchange(error_, std::nullopt).value_or(otherwise);
-    }
-    bool hasError() const { return error_.has_value(); }
-
-  private:
-    static void take(CPLErr kind, CPLErrorNum, const char* text) {
-        auto* scope = static_cast<ErrorScope*>(CPLGetErrorHandlerUserData());
-        if (kind >= CE_Failure && !scope->error_) scope->error_ = text;
-    }
-
-    std::optional<std::string> error_;
-};
-
-/// The drivers that read local vector files, and the one database. Only these are registered:
-/// nothing that follows references to elsewhere and nothing that talks to web services.
-void registerDrivers() {
-    RegisterOGRGeoPackage();
-    RegisterOGRShape();
-    RegisterOGRGeoJSON();
-    RegisterOGRGeoJSONSeq();
-    RegisterOGRTopoJSON();
-    RegisterOGRFlatGeobuf();
-    RegisterOGRTAB();
-    RegisterOGRKML();
-    RegisterOGRGPX();
-    RegisterOGRCSV();
-    RegisterOGRDXF();
-    RegisterOGROpenFileGDB();
-    RegisterOGRPG();
-}
-
-/// Stands in the place of the library's own way to fetch what a file refers to, and fails.
-CPLHTTPResult* fetchNothing(const char*, CSLConstList, GDALProgressFunc, void*,
-                            CPLHTTPFetchWriteFunc, void*, void*) {
-    auto* result = static_cast<CPLHTTPResult*>(CPLCalloc(1, sizeof(CPLHTTPResult)));
-    result->nStatus = 1;
-    result->pszErrBuf = CPLStrdup("nothing is fetched");
-    return result;
-}
-
-/// Once a process: drivers, and every road to the network closed.
-void prepareLibrary() {
-    static std::once_flag once;
-    std::call_once(once, [] {
-        registerDrivers();
-        CPLHTTPSetFetchCallback(&fetchNothing, nullptr);
-        CPLSetConfigOption("CPL_VSIL_CURL_ALLOWED_FILENAME", "none");
-        OSRSetPROJEnableNetwork(0);
-    });
-}
-
-/// Column names that make points of a table without geometry.
-constexpr std::array<const char*, 4> kOpenOptions{"X_POSSIBLE_NAMES=lon,longitude,long,x",
-                                                  "Y_POSSIBLE_NAMES=lat,latitude,y",
-                                                  "KEEP_GEOM_COLUMNS=YES", nullptr};
 
 platform::Value valueOf(const OGRFeature& feature, int field) {
     if (!feature.IsFieldSetAndNotNull(field)) return std::monostate{};
@@ -174,7 +90,6 @@ constexpr double kEverywhere = 1e9;
 constexpr double kSeam = 0.01;
 
 using Transformation = std::unique_ptr<OGRCoordinateTransformation>;
-using Geometry = std::unique_ptr<OGRGeometry>;
 
 /// From the layer's reference system to longitude and latitude; null where nothing is to be done.
 Transformation transformationOf(OGRLayer& layer, ErrorScope& errors) {
@@ -204,40 +119,11 @@ std::pair<double, double> longitudesToRead(OGRLayer& layer, const BoundingBox& a
     return {-kEverywhere, kEverywhere};
 }
 
-/// The simple geometry nearest in kind to `geometry`, which it consumes.
-Geometry simplified(Geometry geometry) {
-    if (geometry->hasCurveGeometry()) geometry.reset(geometry->getLinearGeometry());
-    geometry->flattenTo2D();
-    switch (wkbFlatten(geometry->getGeometryType())) {
-        case wkbTriangle:
-            return Geometry(OGRGeometryFactory::forceToPolygon(geometry.release()));
-        case wkbPolyhedralSurface:
-        case wkbTIN:
-            return Geometry(OGRGeometryFactory::forceToMultiPolygon(geometry.release()));
-        default:
-            return geometry;
-    }
-}
-
-MzWKBReading readingOf(const OGRGeometry& geometry) {
-    std::vector<std::byte> wkb(geometry.WkbSize());
-    geometry.exportToWkb(wkbNDR, reinterpret_cast<unsigned char*>(wkb.data()), wkbVariantIso);
-    return MzReadWKB(wkb);
-}
-
 class LibraryBackend final : public DataSource::Backend {
   public:
-    explicit LibraryBackend(const Address& address) {
-        prepareLibrary();
-        ErrorScope errors;
-        dataset_.reset(GDALDataset::Open(address.connection.c_str(),
-                                         GDAL_OF_VECTOR | GDAL_OF_READONLY | GDAL_OF_VERBOSE_ERROR,
-                                         nullptr, kOpenOptions.data(), nullptr));
-        if (dataset_ == nullptr) {
-            throw Failure(address.name, errors.takeError("not a known format"));
-        }
-        for (int i = 0; i < dataset_->GetLayerCount(); ++i) keepLayer(i, address.layer);
-        if (layers_.empty()) throw Failure(address.name, "no layer " + address.layer.value_or(""));
+    explicit LibraryBackend(const SourceAddress& address) {
+        dataset_ = openedDataset(address);
+        layers_ = layersOf(*dataset_, address);
     }
 
     std::vector<std::string> layerNames() const override {
@@ -280,16 +166,12 @@ class LibraryBackend final : public DataSource::Backend {
     /// can stand.
     static double finite(double limit) { return std::clamp(limit, -1e9, 1e9); }
 
-    void keepLayer(int index, const std::optional<std::string>& wanted) {
-        OGRLayer* layer = dataset_->GetLayer(index);
-        if (!wanted || *wanted == layer->GetName()) layers_.push_back(layer);
-    }
-
     static SourceRecord recordOf(OGRFeature& feature, OGRCoordinateTransformation* transformation,
                                  ErrorScope& errors) {
         SourceRecord record{feature.GetFID(), attributesOf(feature), {}, {}};
         if (feature.GetGeometryRef() == nullptr) return record;
-        const Geometry geometry = simplified(Geometry(feature.StealGeometry()));
+        const OGRGeometryUniquePtr geometry =
+            simplified(OGRGeometryUniquePtr(feature.StealGeometry()));
         const bool usable =
             transformation == nullptr || geometry->transform(transformation) == OGRERR_NONE;
         if (!usable) {
@@ -306,27 +188,7 @@ class LibraryBackend final : public DataSource::Backend {
     std::vector<OGRLayer*> layers_;  ///< of the dataset
 };
 
-/// An absolute path cannot be taken for anything but a file.
-Address addressOfPath(const std::string& path, const std::optional<std::string>& layer) {
-    return {path, std::filesystem::absolute(path).string(), layer};
-}
-
-Address addressOf(const std::string& source) {
-    if (source.starts_with("PG:")) return {source, source, std::nullopt};
-    if (source.find("://") != std::string::npos || source.starts_with("/vsi")) {
-        throw Failure(source, "only local files are read");
-    }
-    std::error_code error;
-    if (std::filesystem::exists(source, error)) return addressOfPath(source, std::nullopt);
-    const std::size_t colon = source.rfind(':');
-    const std::string path = source.substr(0, colon);
-    if (colon == std::string::npos || !std::filesystem::exists(path, error)) {
-        throw Failure(source, std::generic_category().message(ENOENT));
-    }
-    return addressOfPath(path, source.substr(colon + 1));
-}
-
-std::unique_ptr<DataSource::Backend> backendFor(const Address& address) {
+std::unique_ptr<DataSource::Backend> backendFor(const SourceAddress& address) {
     if (!isWKBFile(address.name)) return std::make_unique<LibraryBackend>(address);
     const std::string layer = layerNameOfFile(address.name);
     const std::string wanted = address.layer.value_or(layer);
@@ -374,7 +236,7 @@ void addToLayer(Layer& layer, SourceRecord&& source) {
 }  // namespace
 
 DataSource::DataSource(const std::string& source)
-    : source_(source), backend_(backendFor(addressOf(source))) {}
+    : source_(source), backend_(backendFor(SourceAddress::of(source))) {}
 
 DataSource::~DataSource() = default;
 

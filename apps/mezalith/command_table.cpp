@@ -11,6 +11,7 @@ constexpr auto kCommands = std::to_array<Command>({
     {"identify", "Maps", "Say which features a click on a map hits", setUpIdentify},
     {"style", "Maps", "Check, convert and begin style documents", setUpStyle},
     {"info", "Data", "Say what a source of map data holds", setUpInfo},
+    {"check", "Data", "Find geometries that are not valid, and repair them", setUpCheck},
     {"wkb", "Data", "Inspect and convert Well-Known Binary", setUpWKB},
     {"medial-axis", "Data", "Find medial axes, deepest points and spines of polygons",
      setUpMedialAxis},

@@ -12,7 +12,8 @@
 namespace mezalith {
 
 /// A geometry of any type in one block of its own: its record and behind it, depth first and
-/// without gaps, every array in it; bytes may be left over at its end. Moves, and its pointers stay valid; is not copied.
+/// without gaps, every array in it; bytes may be left over at its end. Moves, and its pointers stay
+/// valid; is not copied.
 class MzGeometryBlock {
   public:
     /// No geometry.

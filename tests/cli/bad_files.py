@@ -29,6 +29,7 @@ def commands(file, picture):
     yield ["render", file, "-o", picture, *view]
     yield ["render", file, "-o", picture, "--projection", "utm:33"]
     yield ["info", file]
+    yield ["check", file]
     yield ["wkb", "--from-geojson", file]
     yield ["wkb", file]
     yield ["wkb", file, "--to-geojson"]

@@ -85,7 +85,7 @@ void printDefault(const std::string& type) {
 
 // --- arguments
 
-void setUpCheck(CLI::App& style) {
+void setUpStyleCheck(CLI::App& style) {
     const auto files = std::make_shared<std::vector<std::string>>();
     CLI::App* command = style.add_subcommand("check", "Say whether files are style documents");
     command->add_option("FILE", *files, "Style document, .json or .cbor")
@@ -94,7 +94,7 @@ void setUpCheck(CLI::App& style) {
     command->callback([files] { check(*files); });
 }
 
-void setUpConvert(CLI::App& style) {
+void setUpStyleConvert(CLI::App& style) {
     const auto given = std::make_shared<Conversion>();
     CLI::App* command = style.add_subcommand("convert", "Convert between JSON and CBOR");
     command->add_option("IN", given->input, "Style document, .json or .cbor")
@@ -107,7 +107,7 @@ void setUpConvert(CLI::App& style) {
     command->callback([given] { convert(*given); });
 }
 
-void setUpDefault(CLI::App& style) {
+void setUpStyleDefault(CLI::App& style) {
     const auto type = std::make_shared<std::string>();
     CLI::App* command =
         style.add_subcommand("default", "Print the style document a type of geometry begins with");
@@ -122,9 +122,9 @@ void setUpDefault(CLI::App& style) {
 void setUpStyle(CLI::App& command) {
     command.require_subcommand(1);
     command.get_formatter()->label("SUBCOMMAND", "COMMAND");
-    setUpCheck(command);
-    setUpConvert(command);
-    setUpDefault(command);
+    setUpStyleCheck(command);
+    setUpStyleConvert(command);
+    setUpStyleDefault(command);
     for (CLI::App* each : command.get_subcommands({})) each->group("Commands");
 }
 

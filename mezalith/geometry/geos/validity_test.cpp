@@ -106,7 +106,8 @@ TEST(Validity, LooksIntoEveryMember) {
         EXPECT_TRUE(reading) << text;
         return MzDefectOf(*reading.geometry.record()).value_or(MzDefect{"", {0, 0}}).reason;
     };
-    EXPECT_EQ(reason("MULTILINESTRING ((0 0, 1 1), (2 2))"), "Too few points in geometry component");
+    EXPECT_EQ(reason("MULTILINESTRING ((0 0, 1 1), (2 2))"),
+              "Too few points in geometry component");
     EXPECT_EQ(reason("GEOMETRYCOLLECTION (POINT (1 1), POLYGON ((0 0, 1 0, 1 1)))"),
               "Ring is not closed");
     EXPECT_EQ(reason("GEOMETRYCOLLECTION (POLYGON ((0 0, 4 4, 4 0, 0 4, 0 0)))"),
