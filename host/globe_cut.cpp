@@ -16,24 +16,30 @@ using Points = std::vector<MzPoint>;
 constexpr double kShort = 32;
 /// Tolerances after which a piece is halved in any case, as it may bend both ways.
 constexpr double kLong = 256;
+/// Degrees: one turn, and the longitudes up to which points are taken.
+constexpr double kTurn = 360;
+constexpr double kFarthest = 100 * kTurn;
 /// Degrees that a segment extends at most before it is looked at.
 constexpr double kStep = 30;
 /// Halvings of a segment, and those up to which it does not matter whether it is in view.
 constexpr int kDepth = 20;
 constexpr int kAnywhere = 5;
 
-Points finitePoints(std::span<const MzPoint> points) {
+/// Finite, and no farther around the globe, or beyond a pole, than anyone would go.
+bool isPlace(MzPoint p) { return std::abs(p.x) <= kFarthest && std::abs(p.y) <= kTurn; }
+
+Points placesOf(std::span<const MzPoint> points) {
     Points finite;
     finite.reserve(points.size());
     for (const MzPoint& p : points) {
-        if (std::isfinite(p.x) && std::isfinite(p.y)) finite.push_back(p);
+        if (isPlace(p)) finite.push_back(p);
     }
     return finite;
 }
 
 /// Closed, without points that are not finite; empty when it surrounds nothing.
 GlobeRing properRing(const GlobeRing& ring) {
-    GlobeRing proper = finitePoints(ring);
+    GlobeRing proper = placesOf(ring);
     if (proper.empty()) return proper;
     const MzPoint first = proper.front(), last = proper.back();
     if (first.x != last.x || first.y != last.y) proper.push_back(first);
@@ -59,9 +65,10 @@ bool isInsideAnyTurn(const GlobeRings& rings, MzPoint point) {
     BoundingBox box;
     for (const GlobeRing& ring : rings) box.add(ring);
     if (box.isEmpty()) return false;
-    for (double x = point.x + 360 * std::ceil((box.minX - point.x) / 360); x <= box.maxX;
-         x += 360) {
-        if (isInside(rings, {x, point.y})) return true;
+    const double first = std::ceil((box.minX - point.x) / kTurn);
+    const int count = static_cast<int>(std::floor((box.maxX - point.x) / kTurn) - first) + 1;
+    for (int i = 0; i < count; ++i) {
+        if (isInside(rings, {point.x + (first + i) * kTurn, point.y})) return true;
     }
     return false;
 }
@@ -236,7 +243,7 @@ std::vector<Points> GlobeCut::stepsWithin(std::span<const MzPoint> line, bool& i
 
 std::vector<Points> GlobeCut::line(std::span<const MzPoint> line) const {
     bool isClosed = false;
-    std::vector<Points> pieces = stepsWithin(finitePoints(line), isClosed);
+    std::vector<Points> pieces = stepsWithin(placesOf(line), isClosed);
     for (Points& piece : pieces) piece = bent(piece);
     return pieces;
 }
@@ -248,6 +255,7 @@ std::vector<GlobeRings> GlobeCut::polygons(std::vector<GlobeRings> polygons) con
     }
     const JoinedPolygons globe = joinedAcrossAntimeridian(polygons);
     std::vector<GlobeRings> result;
+    result.reserve(globe.apart.size() + 1);
     for (const GlobeRings& rings : globe.apart) result.push_back(cutRings(rings, rings));
     if (!globe.joinedFrom.empty()) result.push_back(cutRings(globe.joined, globe.joinedFrom));
     std::erase_if(result, [](const GlobeRings& rings) { return rings.empty(); });
@@ -279,15 +287,15 @@ GlobeRings GlobeCut::cutRings(const GlobeRings& rings, const GlobeRings& source)
     return result;
 }
 
-GlobeCut::Points GlobeCut::bent(const Points& given) const {
-    const Points points = withinSteps(given);
-    Points plane(points.size());
-    projection_->projectCoordinates(points, plane);
-    if (isFine(points, plane)) return points;
-    Points result{points.front()};
-    for (std::size_t i = 1; i < points.size(); ++i) {
-        addBends(result, points[i - 1], points[i], plane[i - 1], plane[i], 0);
-        result.push_back(points[i]);
+GlobeCut::Points GlobeCut::bent(const Points& points) const {
+    Points close = withinSteps(points);
+    Points plane(close.size());
+    projection_->projectCoordinates(close, plane);
+    if (isFine(close, plane)) return close;
+    Points result{close.front()};
+    for (std::size_t i = 1; i < close.size(); ++i) {
+        addBends(result, close[i - 1], close[i], plane[i - 1], plane[i], 0);
+        result.push_back(close[i]);
     }
     return result;
 }

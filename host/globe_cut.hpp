@@ -33,7 +33,7 @@ class GlobeCut {
 
     /// What of the polygons lies within: each a list of closed rings to be filled by the even-odd
     /// rule. Polygons that share the 180th meridian come as one. Points that are not finite are
-    /// left out.
+    /// left out, as are those a hundred turns away.
     std::vector<GlobeRings> polygons(std::vector<GlobeRings> polygons) const;
 
     /// Whether a line needs no more points between those at these longitudes and latitudes, whose

@@ -109,6 +109,15 @@ TEST(GlobeCut, LeavesOutWhatIsNotFinite) {
     EXPECT_TRUE(degrees(0).polygons({{}, {{}}}).empty());
 }
 
+TEST(GlobeCut, DoesNotFollowWhatIsHundredsOfTurnsAway) {
+    for (const double far : {1e300, -1e17, 1e9}) {
+        EXPECT_EQ(degrees(0).line(Points{{0, 0}, {far, 1}, {2, 2}}).size(), 1u);
+        EXPECT_EQ(southern().line(Points{{0, -80}, {far, -80}, {2, -82}}).size(), 1u);
+        EXPECT_TRUE(degrees(0).polygons({{box(far, 0, 2 * far, 10)}}).empty());
+    }
+    EXPECT_TRUE(southern().polygons({{box(0, -1e300, 10, 1e300)}}).size() <= 1);
+}
+
 TEST(GlobeCut, JoinsAnIslandAcrossTheAntimeridianInOneRing) {
     const auto polygons =
         degrees(170).polygons({{box(175, -20, 180, -10)}, {box(-180, -20, -178, -10)}});

@@ -19,6 +19,11 @@ constexpr double kMark = 0.5;
 constexpr double kLook = 2;
 constexpr int kHalvings = 50;
 
+/// Turns of the globe in one segment after which no more crossings are looked for.
+constexpr double kMostTurns = 1000;
+/// Looks at one segment.
+constexpr double kMostLooks = 100'000;
+
 /// Degrees within which two points are the same, and from which on one is at a pole.
 constexpr double kSame = 1e-6;
 constexpr double kAtPole = 90 - 1e-9;
@@ -36,9 +41,11 @@ MzPoint between(MzPoint p, MzPoint q, double t) {
 /// Crossings of p..q with x = `meridian`, whole turns apart.
 void addMeridianCrossings(MzPoint p, MzPoint q, double meridian, std::vector<Crossing>& crossings) {
     const auto [low, high] = std::minmax(p.x, q.x);
-    const double last = std::floor((high - meridian) / kTurn);
-    for (double turn = std::ceil((low - meridian) / kTurn); turn <= last; ++turn) {
-        const double x = meridian + turn * kTurn;
+    const double first = std::ceil((low - meridian) / kTurn);
+    const double turns = std::floor((high - meridian) / kTurn) - first + 1;
+    const int count = static_cast<int>(std::clamp(turns, 0.0, kMostTurns));
+    for (int i = 0; i < count; ++i) {
+        const double x = meridian + (first + i) * kTurn;
         const double t = (x - p.x) / (q.x - p.x);
         if (t > 0 && t < 1) crossings.push_back({t, {x, between(p, q, t).y}});
     }
@@ -67,7 +74,8 @@ RegionEdge::RegionEdge(const MzProjectionRegion& region)
                 middle_.x * toEast_.y - middle_.y * toEast_.x};
     const double width = east_ - west_, height = north_ - south_;
     length_ = isCap_ ? kTurn : 2 * (width + height);
-    for (double mark = 0; mark < length_; mark += kMark) marks_.push_back(mark);
+    const int marks = static_cast<int>(std::ceil(length_ / kMark));
+    for (int i = 0; i < marks; ++i) marks_.push_back(i * kMark);
     if (!isCap_) marks_.insert(marks_.end(), {width, width + height, 2 * width + height});
     std::ranges::sort(marks_);
 }
@@ -129,7 +137,7 @@ double RegionEdge::crossing(MzPoint p, MzPoint q, double inside, double outside)
 
 void RegionEdge::addCapSteps(MzPoint p, MzPoint q, std::vector<Step>& steps) const {
     const double extent = std::max(std::abs(q.x - p.x), std::abs(q.y - p.y));
-    const int looks = std::max(1, static_cast<int>(std::ceil(extent / kLook)));
+    const int looks = static_cast<int>(std::clamp(std::ceil(extent / kLook), 1.0, kMostLooks));
     MzPoint from = p;
     bool wasInside = capHolds(p);
     double before = 0;

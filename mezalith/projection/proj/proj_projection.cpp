@@ -106,7 +106,7 @@ class MzProjProjection::Library {
     bool open(const std::string& definition) {
         ProjObject whole(proj_create(context_.get(), definition.c_str()));
         if (whole == nullptr) return false;
-        ProjObject source(proj_create(context_.get(), "EPSG:4326"));
+        const ProjObject source(proj_create(context_.get(), "EPSG:4326"));
         const ProjObject raw(proj_create_crs_to_crs_from_pj(context_.get(), source.get(),
                                                             whole.get(), nullptr, nullptr));
         area_ = areaOf(context_.get(), whole.get());
@@ -169,7 +169,7 @@ std::shared_ptr<MzProjProjection> MzProjProjection::initWithText(const std::stri
     if (definition.empty()) return refuse("it is neither AUTHORITY:CODE nor a PROJ string");
     auto library = std::make_unique<Library>();
     if (!library->open(definition)) return refuse(library->message());
-    const std::shared_ptr<MzProjProjection> projection(new MzProjProjection);
+    std::shared_ptr<MzProjProjection> projection(new MzProjProjection);
     projection->text_ = text;
     projection->area_ = library->area();
     projection->setSrid(sridOf(definition));
