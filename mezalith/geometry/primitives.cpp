@@ -100,7 +100,10 @@ double stepUpTo(double x, double step, double bound) {
 // Brings `origin` into [low, low + extent] by steps of `extent`.
 double wrappedInto(double low, double extent, double origin) {
     if (low > origin) return stepUpTo(origin, extent, low);
-    return -stepUpTo(-origin, extent, -(low + extent));
+    const double high = low + extent;
+    if (!(origin > high)) return origin;
+    // On the way down as in a mirror; a difference, as it has no minus zero where steps meet zero.
+    return 0 - stepUpTo(-origin, extent, -high);
 }
 
 void store(MzRect* place, MzRect value) {

@@ -358,6 +358,15 @@ TEST(TorusPartition, BringsTheOriginIntoTheWorldFirst) {
               (MzRect{{0, -80}, {20, 10}}));
 }
 
+TEST(TorusPartition, ArrivesAtZeroWithoutASign) {
+    for (const MzPoint origin : {MzPoint{360, 180}, {720, 360}, {-360, -180}}) {
+        const MzRect piece = partition(true, true, kWorld, {origin, {20, 10}})[0];
+        EXPECT_EQ(NSStringFromMzRect(piece), "{{0, 0}, {20, 10}}");
+    }
+    const MzRect untouched = partition(true, true, kWorld, {{-0.0, -0.0}, {20, 10}})[0];
+    EXPECT_EQ(NSStringFromMzRect(untouched), "{{-0, -0}, {20, 10}}");
+}
+
 TEST(TorusPartition, AllowsNullPieces) {
     MzRect piece2 = kUnit;
     MzTorusPartition(nullptr, &piece2, nullptr, nullptr, true, true, kWorld, {{170, 0}, {20, 10}});
