@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <ranges>
 #include <utility>
 #include <vector>
 
@@ -132,11 +133,37 @@ void MapView::draw(const Feature& feature, bool selected) {
     if (port != nullptr) port->restoreState();
 }
 
-std::optional<MzStyleHit> MapView::hit(const Feature& feature, MzPoint point, bool selected) {
+BoundingBox MapView::projectedAround(MzPoint point, double distance) const {
+    const MzPoint centre{bounds_.origin.x + point.x * unitsPerPixel_,
+                         bounds_.origin.y + point.y * unitsPerPixel_};
+    const double units = distance * unitsPerPixel_;
+    return {centre.x - units, centre.y - units, centre.x + units, centre.y + units};
+}
+
+BoundingBox MapView::projectedBox(const Feature& piece) const {
+    const auto projected = piece.geometry()->geometryWithProjection(frame_.projection);
+    return projected != nullptr ? boundsOf(*projected) : BoundingBox{};
+}
+
+std::vector<BoundingBox> MapView::projectedBoxes(const Feature& feature) const {
+    std::vector<BoundingBox> boxes;
+    for (const auto& piece : piecesOf(feature)) boxes.push_back(projectedBox(*piece));
+    return boxes;
+}
+
+std::optional<MzStyleHit> MapView::hit(const Feature& feature, MzPoint point, double tolerance,
+                                       bool selected) {
     const std::shared_ptr<MzStyle> style = feature.style();
     if (style == nullptr) return std::nullopt;
-    for (const auto& piece : piecesOf(feature)) {
-        if (auto hit = style->hitOfSpatialObject(piece.get(), point, this, selected)) return hit;
+    const BoundingBox reached =
+        projectedAround(point, style->paintReach(scaleFactor()) + tolerance);
+    const auto pieces = piecesOf(feature);
+    for (const auto& piece : pieces | std::views::reverse) {
+        if (!reached.meets(projectedBox(*piece))) continue;
+        if (auto hit =
+                style->paintedHitOfSpatialObject(piece.get(), point, tolerance, this, selected)) {
+            return hit;
+        }
     }
     return std::nullopt;
 }

@@ -59,9 +59,15 @@ class MapView final : public MzDrawContext {
 
     /// Draws what can be seen of the feature into the current graphics port.
     void draw(const Feature& feature, bool selected = false);
-    /// What a click at `point` (view points) hits of the feature, whose style is asked as when it
-    /// is drawn; none without a style.
-    std::optional<MzStyleHit> hit(const Feature& feature, MzPoint point, bool selected = false);
+    /// What a click at `point` hits of the feature within `tolerance`, view points both, as it is
+    /// drawn: the topmost symbolizer that paints there; none without a style.
+    std::optional<MzStyleHit> hit(const Feature& feature, MzPoint point, double tolerance,
+                                  bool selected = false);
+    /// The boxes, projected units, around what is drawn of the feature: one for each place where
+    /// the globe shows it, at the least; none when it is not in sight.
+    std::vector<BoundingBox> projectedBoxes(const Feature& feature) const;
+    /// The box, projected units, around all within `distance` of `point`, view points both.
+    BoundingBox projectedAround(MzPoint point, double distance) const;
     /// Draws the views that features put into this one, such as callouts, over everything.
     void drawSubviews() { subviews_.display(); }
     /// Holds them; its frame is that of the map, from (0, 0).
@@ -69,6 +75,7 @@ class MapView final : public MzDrawContext {
 
   private:
     std::vector<std::shared_ptr<Feature>> piecesOf(const Feature& feature) const;
+    BoundingBox projectedBox(const Feature& piece) const;
 
     ViewFrame frame_;
     MzRect bounds_ = MzZeroRect;

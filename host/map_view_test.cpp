@@ -185,24 +185,50 @@ Feature place(MzPoint point) {
 TEST(MapView, TellsWhatAClickHits) {
     MapView view(worldFrame());
     Feature oslo = place({10.5, 60});  // 3.33 points a degree: at (635, 500)
-    const auto hit = view.hit(oslo, {636, 501});
+    const auto hit = view.hit(oslo, {636, 501}, 1);
     ASSERT_TRUE(hit);
     EXPECT_EQ(hit->rule, oslo.style()->rules()[0]);
     EXPECT_EQ(hit->symbolizer, oslo.style()->rules()[0]->symbolizers()[0]);
-    EXPECT_FALSE(view.hit(oslo, {660, 500}));
+    EXPECT_FALSE(view.hit(oslo, {660, 500}, 1));
     oslo.style()->rules()[0]->setSelectionFilter(1);
-    EXPECT_FALSE(view.hit(oslo, {636, 501}));
-    EXPECT_TRUE(view.hit(oslo, {636, 501}, true));
+    EXPECT_FALSE(view.hit(oslo, {636, 501}, 1));
+    EXPECT_TRUE(view.hit(oslo, {636, 501}, 1, true));
     oslo.setStyle(nullptr);
-    EXPECT_FALSE(view.hit(oslo, {636, 501}));
+    EXPECT_FALSE(view.hit(oslo, {636, 501}, 1));
 }
 
 TEST(MapView, HitsWhatTheGlobeShowsAgain) {
     ViewFrame frame = worldFrame();
     frame.area = {170, -10, 190, 0};  // 60 points a degree
     MapView view(frame);
-    EXPECT_TRUE(view.hit(place({-175, -5}), {900, 300}));
-    EXPECT_FALSE(view.hit(place({-165, -5}), {900, 300}));
+    EXPECT_TRUE(view.hit(place({-175, -5}), {900, 300}, 1));
+    EXPECT_FALSE(view.hit(place({-165, -5}), {900, 300}, 1));
+}
+
+TEST(MapView, HitsLinesAndAreasAsTheyAreDrawn) {
+    MapView view(worldFrame());
+    Feature line = polyline({{0, 0}, {30, 0}});
+    EXPECT_TRUE(view.hit(line, {650, 300.5}, 0.1)) << "a point wide to either side";
+    EXPECT_FALSE(view.hit(line, {650, 302}, 0.5));
+    EXPECT_TRUE(view.hit(line, {650, 302}, 1.5));
+    Feature area = polygon({{0, 0}, {30, 0}, {30, 30}, {0, 0}});
+    EXPECT_TRUE(view.hit(area, {650, 300}, 0.1));
+    EXPECT_FALSE(view.hit(area, {670, 320}, 0.1)) << "not filled";
+}
+
+TEST(MapView, SaysWhereAFeatureIsDrawn) {
+    ViewFrame frame = worldFrame();
+    frame.area = {170, -10, 190, 0};
+    const MapView view(frame);
+    const auto boxes = view.projectedBoxes(polyline({{-175, -5}, {-173, -4}}));
+    ASSERT_EQ(boxes.size(), 1U);
+    EXPECT_NEAR(boxes[0].minX, 185, 1e-9);
+    EXPECT_NEAR(boxes[0].maxY, -4, 1e-9);
+    EXPECT_TRUE(view.projectedBoxes(polyline({{-165, -5}, {-163, -4}})).empty());
+    const BoundingBox around = view.projectedAround({900, 300}, 30);  // 60 points a degree
+    EXPECT_NEAR(around.minX, 184.5, 1e-9);
+    EXPECT_NEAR(around.maxX, 185.5, 1e-9);
+    EXPECT_NEAR(around.minY, -5.5, 1e-9);
 }
 
 TEST(MapView, HandsItsScaleFactorOn) {

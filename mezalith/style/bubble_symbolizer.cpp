@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <mezalith/geometry/multi_point_geometry.hpp>
 #include <mezalith/geometry/point_geometry.hpp>
+#include <mezalith/platform/hit_port.hpp>
 #include <mezalith/style/bubble_symbolizer.hpp>
 
 #include <utility>
@@ -77,6 +78,15 @@ void MzBubbleSymbolizer::drawSpatialObject(MzSpatialObjectDrawAdditions* object,
     } else if (dynamic_cast<MzMultiPointGeometry*>(geometry.get()) != nullptr) {
         show(*context, {0, 0});
     }
+}
+
+bool MzBubbleSymbolizer::paintsAtPoint(MzSpatialObjectDrawAdditions*, MzPoint point,
+                                       double tolerance, MzDrawContext*, bool) {
+    if (bubbleView_ == nullptr || bubbleView_->superview() == nullptr) return false;
+    platform::HitPort port(point, tolerance);
+    const platform::GraphicsContext current(&port);
+    bubbleView_->display();
+    return port.isHit();
 }
 
 void MzBubbleSymbolizer::show(MzDrawContext& context, MzPoint point) {

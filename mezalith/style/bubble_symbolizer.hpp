@@ -61,6 +61,9 @@ class MEZALITH_EXPORT MzBubbleSymbolizer : public MzSymbolizer, public platform:
     /// Settled: at a multi-point the stem stands at `offset` from the view's origin.
     void drawSpatialObject(MzSpatialObjectDrawAdditions* object, MzDrawContext* context,
                            bool selected) override;
+    /// Whether the bubble, where it is shown now, is painted there; nothing is moved or shown.
+    bool paintsAtPoint(MzSpatialObjectDrawAdditions* object, MzPoint point, double tolerance,
+                       MzDrawContext* context, bool selected) override;
     void didRemoveFromContext(MzDrawContext* context,
                               MzSpatialObjectDrawAdditions* object) override;
 

@@ -2,6 +2,9 @@
 #include <mezalith/geometry/point_geometry.hpp>
 #include <mezalith/style/image_symbolizer.hpp>
 
+#include <algorithm>
+#include <cmath>
+#include <numbers>
 #include <utility>
 
 namespace mezalith {
@@ -70,6 +73,22 @@ void MzImageSymbolizer::drawSpatialObject(MzSpatialObjectDrawAdditions* object,
     port->rotate(rotation_);
     port->drawLayerAtPoint(layerForContext(port).get(), originFrom({0, 0}));
     port->restoreState();
+}
+
+bool MzImageSymbolizer::paintsAtPoint(MzSpatialObjectDrawAdditions* object, MzPoint point,
+                                      double tolerance, MzDrawContext* context, bool selected) {
+    // A layer belongs to the kind of port that made it.
+    const auto kept = std::exchange(layer_, nullptr);
+    const bool paints = MzSymbolizer::paintsAtPoint(object, point, tolerance, context, selected);
+    layer_ = kept;
+    return paints;
+}
+
+double MzImageSymbolizer::paintReach(double) const {
+    const double across = std::max(std::abs(hotSpot_.x), std::abs(1 - hotSpot_.x)) * size_.width;
+    const double up = std::max(std::abs(hotSpot_.y), std::abs(1 - hotSpot_.y)) * size_.height;
+    // Layers are whole pixels.
+    return std::hypot(across, up) + std::numbers::sqrt2;
 }
 
 bool MzImageSymbolizer::isSpatialObject(MzSpatialObjectDrawAdditions* object, MzPoint point,

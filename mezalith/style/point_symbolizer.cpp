@@ -30,6 +30,8 @@ std::shared_ptr<const Shadow> defaultShadow() {
     return shadow;
 }
 
+float haloSize(float symbolSize) { return static_cast<float>(double{symbolSize} * 1.5 + 2.0); }
+
 double alphaOf(const Color* color) { return color != nullptr ? color->alphaComponent() : 0; }
 
 /// Red, green, blue and alpha in device RGB; zeros where there is no colour.
@@ -220,7 +222,7 @@ void MzPointSymbolizer::drawSpatialObject(MzSpatialObjectDrawAdditions* object,
 
 std::shared_ptr<MzPointSymbolizer> MzPointSymbolizer::halo() const {
     std::shared_ptr<MzPointSymbolizer> halo = copy();
-    halo->setSymbolSize(static_cast<float>(double{symbolSize_} * 1.5 + 2.0));
+    halo->setSymbolSize(haloSize(symbolSize_));
     halo->setFillColor(Color::blackColor());
     halo->setFillOpacity(double{0.8F});
     halo->setShouldStroke(false);
@@ -285,6 +287,24 @@ void MzPointSymbolizer::drawAt(GraphicsPort& port, const MzPoint* point, double 
     port.translate(point->x, point->y);
     symbolizeInContext(&port, scaleFactor);
     port.restoreState();
+}
+
+bool MzPointSymbolizer::paintsAtPoint(MzSpatialObjectDrawAdditions* object, MzPoint point,
+                                      double tolerance, MzDrawContext* context, bool selected) {
+    // A layer belongs to the kind of port that made it.
+    const auto kept = std::exchange(theLayer_, nullptr);
+    const bool paints =
+        MzStrokedSymbolizer::paintsAtPoint(object, point, tolerance, context, selected);
+    theLayer_ = kept;
+    return paints;
+}
+
+double MzPointSymbolizer::paintReach(double scaleFactor) const {
+    const double size = double{std::max(haloSize(symbolSize_), symbolSize_)};
+    // Layers are whole pixels.
+    const double layerCorner = std::numbers::sqrt2 * (size + double{strokeWidth()} + 1);
+    const double outline = size * scaleFactor / 2 + MzStrokedSymbolizer::paintReach(scaleFactor);
+    return std::max(layerCorner, outline);
 }
 
 bool MzPointSymbolizer::isSpatialObject(MzSpatialObjectDrawAdditions* object, MzPoint point,

@@ -91,6 +91,10 @@ class MEZALITH_EXPORT MzPointSymbolizer : public MzStrokedSymbolizer, private pl
 
     /// For points and multi-points: whether the Manhattan distance from `point` is under
     /// `symbolSize` + `strokeWidth` / 2, whatever the scale factor. NO for polygons.
+    bool paintsAtPoint(MzSpatialObjectDrawAdditions* object, MzPoint point, double tolerance,
+                       MzDrawContext* context, bool selected) override;
+    /// As far as the layer of a selected marker, or a marker without a layer.
+    double paintReach(double scaleFactor) const override;
     bool isSpatialObject(MzSpatialObjectDrawAdditions* object, MzPoint point,
                          MzDrawContext* context, bool selected) override;
 

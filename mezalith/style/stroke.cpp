@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <mezalith/platform/pen.hpp>
 #include <mezalith/style/stroke.hpp>
 
 #include <algorithm>
@@ -60,6 +61,15 @@ void MzStroke::applyTo(platform::GraphicsPort& port, double scaleFactor) const {
     } else {
         port.setLineDash(0.0, {});
     }
+}
+
+double MzStroke::reach(double scaleFactor) const {
+    using platform::LineCap, platform::LineJoin;
+    platform::Pen pen;
+    pen.width = std::max(double{strokeWidth} * scaleFactor, 0.0);
+    pen.cap = std::min(LineCap{lineCap}, LineCap::Square);
+    pen.join = LineJoin{lineJoin} <= LineJoin::Bevel ? LineJoin{lineJoin} : LineJoin::Miter;
+    return pen.reach();
 }
 
 void MzStroke::copyFrom(const MzStroke& source) {

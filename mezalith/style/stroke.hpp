@@ -32,6 +32,10 @@ struct MEZALITH_EXPORT MzStroke {
     /// `scaleFactor`. Without `isDashed` or without a pattern the line is solid.
     void applyTo(platform::GraphicsPort& port, double scaleFactor) const;
 
+    /// How far ink can be from a line, in view points. Joins and caps that leave those of the port
+    /// count as the farthest.
+    double reach(double scaleFactor) const;
+
     /// Takes over `source`'s width, join, cap, offset, `isDashed` and, when it has one, its pattern
     /// with the pattern's count.
     /// Settled: without a pattern the count stays as it is.

@@ -30,6 +30,20 @@ Lines applied(const MzStroke& stroke, double scaleFactor) {
     return port.lines();
 }
 
+TEST(Stroke, ReachesAsFarAsItsJoinsAndCaps) {
+    MzStroke stroke;
+    EXPECT_EQ(stroke.reach(3), 3);
+    stroke.lineCap = 2;
+    EXPECT_NEAR(stroke.reach(1), 1.4142, 1e-4);
+    stroke.lineJoin = 0;
+    EXPECT_EQ(stroke.reach(1), 10);
+    stroke.lineJoin = 7;
+    stroke.lineCap = 7;
+    EXPECT_EQ(stroke.reach(1), 10) << "may be those of the port";
+    stroke.strokeWidth = -1;
+    EXPECT_EQ(stroke.reach(1), 0);
+}
+
 Doubles used(const MzStroke& stroke) {
     return {stroke.dashPattern().begin(), stroke.dashPattern().end()};
 }

@@ -50,6 +50,9 @@ class MEZALITH_EXPORT MzStrokedSymbolizer : public MzSymbolizer, public platform
     bool isDashed() const { return stroke_.isDashed; }
     void setIsDashed(bool dashed);
 
+    /// As far as the stroke reaches.
+    double paintReach(double scaleFactor) const override { return stroke_.reach(scaleFactor); }
+
     /// Sets the port's state from the properties, with lengths multiplied by `scaleFactor`, and
     /// draws the port's current path; nothing for a null port. The state stays on the port.
     virtual void symbolizeInContext(platform::GraphicsPort* port, double scaleFactor) = 0;

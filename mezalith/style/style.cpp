@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <cstddef>
 #include <typeinfo>
+#include <utility>
+#include <vector>
 
 namespace mezalith {
 
@@ -36,11 +38,34 @@ class Pass {
     Pass(const MzSpatialObjectDrawAdditions* object, const MzDrawContext* context, bool selected)
         : object_(object), context_(context), selected_(selected) {}
 
+    /// Every symbolizer of the rules that apply, in the order of drawing.
+    std::vector<MzStyleHit> all(const MzStyle& style) {
+        std::vector<MzStyleHit> hits;
+        walk(style, [&](const auto& rule, std::size_t i, const auto& symbolizer, std::size_t j) {
+            hits.push_back({rule, i, symbolizer, j});
+            return false;
+        });
+        return hits;
+    }
+
     /// Calls `use` with each symbolizer of the rules that apply, last rule and last symbolizer
     /// first, until one answers YES: that one.
     template <typename Use>
     std::optional<MzStyleHit> firstOf(const MzStyle& style, Use use) {
-        if (object_ == nullptr || context_ == nullptr) return std::nullopt;
+        std::optional<MzStyleHit> first;
+        walk(style, [&](const auto& rule, std::size_t i, const auto& symbolizer, std::size_t j) {
+            if (!use(symbolizer)) return false;
+            first = {rule, i, symbolizer, j};
+            return true;
+        });
+        return first;
+    }
+
+  private:
+    /// Calls `use` with rules, symbolizers and their places, until it answers YES.
+    template <typename Use>
+    void walk(const MzStyle& style, Use use) {
+        if (object_ == nullptr || context_ == nullptr) return;
         // Filters and symbolizers are the host's and may edit the style.
         const auto rules = style.memberSnapshot();
         for (std::size_t i = rules->size(); i-- > 0;) {
@@ -50,13 +75,11 @@ class Pass {
             const auto symbolizers = rule->memberSnapshot();
             for (std::size_t j = symbolizers->size(); j-- > 0;) {
                 const std::shared_ptr<MzSymbolizer>& symbolizer = (*symbolizers)[j];
-                if (use(symbolizer)) return MzStyleHit{rule, i, symbolizer, j};
+                if (use(rule, i, symbolizer, j)) return;
             }
         }
-        return std::nullopt;
     }
 
-  private:
     bool admits(const MzRule& rule) const {
         return admitsScale(rule) && admitsSelection(rule.selectionFilter()) && admitsObject(rule);
     }
@@ -131,6 +154,27 @@ std::optional<MzStyleHit> MzStyle::hitOfSpatialObject(MzSpatialObjectDrawAdditio
     return Pass(object, context, selected).firstOf(*this, [&](const auto& symbolizer) {
         return symbolizer->isSpatialObject(object, point, context, selected);
     });
+}
+
+std::optional<MzStyleHit> MzStyle::paintedHitOfSpatialObject(MzSpatialObjectDrawAdditions* object,
+                                                             MzPoint point, double tolerance,
+                                                             MzDrawContext* context,
+                                                             bool selected) const {
+    const std::vector<MzStyleHit> drawn = Pass(object, context, selected).all(*this);
+    const auto top = std::ranges::find_if(drawn.rbegin(), drawn.rend(), [&](const auto& hit) {
+        return hit.symbolizer->paintsAtPoint(object, point, tolerance, context, selected);
+    });
+    return top != drawn.rend() ? std::optional(*top) : std::nullopt;
+}
+
+double MzStyle::paintReach(double scaleFactor) const {
+    double reach = 0;
+    for (const auto& rule : rules()) {
+        for (const auto& symbolizer : rule->symbolizers()) {
+            reach = std::max(reach, symbolizer->paintReach(scaleFactor));
+        }
+    }
+    return reach;
 }
 
 void MzStyle::didRemoveFromContext(MzDrawContext* context, MzSpatialObjectDrawAdditions* object) {

@@ -91,6 +91,16 @@ class MEZALITH_EXPORT MzStyle : public MzStyleElement<MzRule> {
     std::optional<MzStyleHit> hitOfSpatialObject(MzSpatialObjectDrawAdditions* object,
                                                  MzPoint point, MzDrawContext* context,
                                                  bool selected) const;
+    /// The symbolizer that is hit as it is drawn, within `tolerance` (view points) of `point`: of
+    /// those that paint there the one drawn last, on top; none when none does. What the settled
+    /// hit test answers is `hitOfSpatialObject`.
+    std::optional<MzStyleHit> paintedHitOfSpatialObject(MzSpatialObjectDrawAdditions* object,
+                                                        MzPoint point, double tolerance,
+                                                        MzDrawContext* context,
+                                                        bool selected) const;
+    /// How far (view points) anything painted can be from the box around a feature, whichever rules
+    /// apply.
+    double paintReach(double scaleFactor) const;
     /// Tells every symbolizer of every rule, in list order, whether it applies or not. Null is
     /// passed on as it is.
     virtual void didRemoveFromContext(MzDrawContext* context, MzSpatialObjectDrawAdditions* object);

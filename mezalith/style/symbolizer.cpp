@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include <mezalith/platform/hit_port.hpp>
 #include <mezalith/style/symbolizer.hpp>
+
+#include <limits>
 
 namespace mezalith {
 
@@ -38,6 +41,16 @@ void MzSymbolizer::drawSpatialObject(MzSpatialObjectDrawAdditions*, MzDrawContex
 bool MzSymbolizer::isSpatialObject(MzSpatialObjectDrawAdditions*, MzPoint, MzDrawContext*, bool) {
     return false;
 }
+
+bool MzSymbolizer::paintsAtPoint(MzSpatialObjectDrawAdditions* object, MzPoint point,
+                                 double tolerance, MzDrawContext* context, bool selected) {
+    platform::HitPort port(point, tolerance);
+    const platform::GraphicsContext current(&port);
+    drawSpatialObject(object, context, selected);
+    return port.isHit();
+}
+
+double MzSymbolizer::paintReach(double) const { return std::numeric_limits<double>::infinity(); }
 
 void MzSymbolizer::didRemoveFromContext(MzDrawContext*, MzSpatialObjectDrawAdditions*) {}
 

@@ -48,8 +48,17 @@ class MEZALITH_EXPORT MzSymbolizer : public platform::Observable, public platfor
     virtual void drawSpatialObject(MzSpatialObjectDrawAdditions* object, MzDrawContext* context,
                                    bool selected);
     /// Whether a click at `point` (view points) hits what is drawn; NO in the base.
+    /// Settled: lines and areas are never hit, markers and pictures by a shape of their own;
+    /// `paintsAtPoint` answers by what is drawn.
     virtual bool isSpatialObject(MzSpatialObjectDrawAdditions* object, MzPoint point,
                                  MzDrawContext* context, bool selected);
+    /// Whether `drawSpatialObject` would paint anything within `tolerance` (view points) of `point`
+    /// (view points), as a `platform::HitPort` decides: nothing is painted, and no layer is kept.
+    virtual bool paintsAtPoint(MzSpatialObjectDrawAdditions* object, MzPoint point,
+                               double tolerance, MzDrawContext* context, bool selected);
+    /// How far (view points) anything painted can be from the box around the feature, at this scale
+    /// factor; infinity in the base, which cannot know.
+    virtual double paintReach(double scaleFactor) const;
     /// Takes away what the symbolizer left in the view for the object; nothing in the base.
     virtual void didRemoveFromContext(MzDrawContext* context, MzSpatialObjectDrawAdditions* object);
 

@@ -4,10 +4,9 @@
 #include "apps/mezalith/identified.hpp"
 #include "apps/mezalith/map.hpp"
 #include "apps/mezalith/text_output.hpp"
+#include "host/hit_finder.hpp"
 
 #include <memory>
-#include <ranges>
-#include <set>
 #include <string>
 
 namespace mezalith::app {
@@ -16,31 +15,32 @@ namespace {
 struct Given {
     MapTexts map;
     std::string at;
+    std::string tolerance = "2";
     bool json = false;
 };
 
-/// Tells the records under the point, those drawn last first. A record of several parts is told
-/// once.
-void tellHits(Map& map, MzPoint point, const auto& tell) {
-    std::set<const host::FeatureRecord*> told;
-    for (const host::Layer& layer : map.layers() | std::views::reverse) {
-        const auto features = map.featuresInSight(layer);
-        for (const auto& feature : features | std::views::reverse) {
-            const auto hit = map.view().hit(*feature, point, map.isSelected(*feature));
-            if (hit && told.insert(feature->record().get()).second) tell(*feature, *hit);
-        }
+double toleranceOf(const Given& given) {
+    const double tolerance = numberArgument("--tolerance", given.tolerance);
+    if (tolerance < 0) {
+        throw UsageError("--tolerance", given.tolerance + " is less than 0");
     }
+    return tolerance;
 }
 
 void run(const Given& given) {
     Map map(given.map);
     const auto at = numbersArgument("--at", given.at, ',', 2, "X,Y");
+    const double tolerance = toleranceOf(given);
     map.load(map.options().pixelRatio.value_or(1));
-    TextOutput output;
-    tellHits(map, {at[0], at[1]}, [&](const host::Feature& feature, const MzStyleHit& hit) {
-        output.write((given.json ? identifiedJson(feature, hit) : identifiedText(feature, hit)) +
-                     "\n");
+    host::HitFinder finder(map.view(), map.layers());
+    const auto hits = finder.at({at[0], at[1]}, tolerance, [&](const host::Feature& feature) {
+        return map.isSelected(feature);
     });
+    TextOutput output;
+    for (const auto& [feature, hit] : hits) {
+        output.write((given.json ? identifiedJson(*feature, hit) : identifiedText(*feature, hit)) +
+                     "\n");
+    }
     output.finish();
 }
 
@@ -53,10 +53,15 @@ void setUpIdentify(CLI::App& command) {
         .add_option("--at", given->at, "Place to ask about, view points from the lower left corner")
         ->required()
         ->type_name("X,Y");
+    command
+        .add_option(
+            "--tolerance", given->tolerance,
+            "How far beside what is drawn a click still hits, view points; 2 when not given")
+        ->type_name("PIXELS");
     command.add_flag("--json", given->json, "Print one JSON object a line");
     command.footer(
-        "Prints what a click there hits, a feature a line, those on top first. Markers and\n"
-        "pictures can be hit; lines and areas cannot.");
+        "Prints what a click there hits as it is drawn, a feature a line, those on top first:\n"
+        "markers and pictures, lines with their width and dashes, what is filled of areas.");
     command.callback([given] { run(*given); });
 }
 
