@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "host/hit_finder.hpp"
 
+#include <mezalith/platform/hit_port.hpp>
+
 #include <algorithm>
 #include <cstdint>
 #include <new>
@@ -24,7 +26,8 @@ double reachOfStyles(const Layer& layer, double scaleFactor) {
 
 }  // namespace
 
-HitFinder::HitFinder(MapView& view, std::span<const Layer> layers) : view_(view) {
+HitFinder::HitFinder(MapView& view, std::span<const Layer> layers)
+    : view_(view), globe_(view.globeOutline()) {
     layers_.reserve(layers.size());
     for (const Layer& layer : layers) layers_.push_back(indexed(layer));
 }
@@ -43,9 +46,21 @@ HitFinder::IndexedLayer HitFinder::indexed(const Layer& layer) const {
     return result;
 }
 
+bool HitFinder::isOnGlobe(MzPoint point, double tolerance) const {
+    if (globe_.empty()) return true;
+    platform::HitPort port(point, tolerance);
+    for (const GlobeRing& ring : globe_) {
+        port.addLines(ring);
+        port.closeSubpath();
+    }
+    port.drawPath(platform::PathDrawingMode::EvenOddFill);
+    return port.isHit();
+}
+
 std::vector<FeatureHit> HitFinder::at(MzPoint point, double tolerance,
                                       const Selection& isSelected) {
     std::vector<FeatureHit> hits;
+    if (!isOnGlobe(point, tolerance)) return hits;
     std::set<const FeatureRecord*> told;
     for (const IndexedLayer& layer : layers_ | std::views::reverse) {
         const BoundingBox near = view_.projectedAround(point, layer.reach + tolerance);

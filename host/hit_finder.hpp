@@ -28,7 +28,8 @@ class HitFinder {
     HitFinder(MapView& view, std::span<const Layer> layers);
 
     /// What a click at `point` hits within `tolerance`, view points both: those drawn last, on top,
-    /// first. A record of several parts is told once, by the topmost one. `isSelected` tells which
+    /// first; nothing off the globe that the projection shows. A record of several parts is told
+    /// once, by the topmost one. `isSelected` tells which
     /// features are drawn as selected; null: none.
     std::vector<FeatureHit> at(MzPoint point, double tolerance,
                                const Selection& isSelected = nullptr);
@@ -41,8 +42,10 @@ class HitFinder {
     };
 
     IndexedLayer indexed(const Layer& layer) const;
+    bool isOnGlobe(MzPoint point, double tolerance) const;
 
     MapView& view_;
+    GlobeRings globe_;
     std::vector<IndexedLayer> layers_;
 };
 
