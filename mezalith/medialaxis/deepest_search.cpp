@@ -16,8 +16,11 @@ namespace {
 /// The size of the squares that are kept, as a share of the clearance.
 constexpr double kFine = 0x1p-10;
 /// The most distances to measure for each segment, and besides, before giving up.
-constexpr std::size_t kWorkEach = 60;
+constexpr std::size_t kWorkEach = 64;
 constexpr std::size_t kWorkBesides = 30000;
+/// Looking whether a point lies inside passes all segments, and so many of them count as one
+/// distance: few points need it, but with many rooms beside a long outline they would be all.
+constexpr std::size_t kPassedEach = 64;
 /// Bounds that fall short of the best by less, as a share, may do so by rounding.
 constexpr double kRounding = 0x1p-40;
 
@@ -59,8 +62,8 @@ DeepestSearch::DeepestSearch(std::span<const GridSegment> segments) : given_(seg
     pool_.resize(segments.size());
     std::iota(pool_.begin(), pool_.end(), 0U);
     const auto [middle, half] = squareAround(segments);
-    search({middle, half, std::numeric_limits<double>::infinity(), false, 0,
-            static_cast<std::uint32_t>(segments.size())});
+    search({middle, half, std::numeric_limits<double>::infinity(), 0,
+            static_cast<std::uint32_t>(segments.size()), false});
 }
 
 double DeepestSearch::squareDistance(const Line& line, MzPoint point) {
@@ -79,11 +82,10 @@ std::optional<DeepCell> DeepestSearch::cellAt(MzPoint middle, double half, const
         squares_[i] = squareDistance(lines_[pool_[whole.first + i]], middle);
         least = std::min(least, squares_[i]);
     }
-    DeepCell cell{
-        middle, half, std::sqrt(least), whole.isInside, static_cast<std::uint32_t>(pool_.size()),
-        0};
+    DeepCell cell{middle, half, std::sqrt(least), pool_.size(), 0, whole.isInside};
     const double reach = reachOf(cell);
     if (!cell.isInside && cell.clearance > reach) {
+        work_ += given_.size() / kPassedEach;
         if (!isInside(middle)) return std::nullopt;
         cell.isInside = true;
     }
@@ -91,7 +93,7 @@ std::optional<DeepCell> DeepestSearch::cellAt(MzPoint middle, double half, const
     for (std::uint32_t i = 0; i < whole.count; ++i) {
         if (squares_[i] <= farthest * farthest) pool_.push_back(pool_[whole.first + i]);
     }
-    cell.count = static_cast<std::uint32_t>(pool_.size()) - cell.first;
+    cell.count = static_cast<std::uint32_t>(pool_.size() - cell.first);
     return cell;
 }
 
@@ -126,10 +128,15 @@ void DeepestSearch::search(const DeepCell& root) {
             const auto part = cellAt(plus(cell.middle, way), half, cell);
             if (!part) continue;
             if (part->isInside) best_ = std::max(best_, part->clearance);
-            if (!isHopeless(*part)) cells.push(*part);
+            if (isHopeless(*part)) {
+                pool_.resize(part->first);
+            } else {
+                cells.push(*part);
+            }
         }
         if (work_ > most) {
             cells_.clear();
+            pool_ = {};
             return;
         }
     }

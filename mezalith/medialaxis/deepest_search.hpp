@@ -5,6 +5,7 @@
 #include <mezalith/geometry/primitives.hpp>
 #include <mezalith/medialaxis/grid_outline.hpp>
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -17,9 +18,9 @@ struct DeepCell {
     MzPoint middle;
     double half;
     double clearance;
-    bool isInside;        ///< all of it; unknown else
-    std::uint32_t first;  ///< of the segments that can be nearest to a point of it
+    std::size_t first;  ///< of the segments that can be nearest to a point of it
     std::uint32_t count;
+    bool isInside;  ///< all of it; unknown else
 };
 
 /// Where in an outline its deepest point can be: small squares inside, none of which touches the
