@@ -53,6 +53,13 @@ TEST(CrossingTest, TakesTheUpperAndRightBordersAsInside) {
     EXPECT_FALSE(inside({square(0, 0, 4)}, 0, 2));
 }
 
+TEST(CrossingTest, TakesAnEndRightAboveOrBelowThePointAsBeside) {
+    // From (4, 0) to (3, 2) past (4, 1) the ends differ: 3 - (4 - 3)(3 - 1)/(0 - 2) = 4 counts.
+    EXPECT_TRUE(inside({{{4, 0}, {3, 2}, {0, 0}}}, 4, 1));
+    // From (4, 0) to (8, 2) they do not, and (0, 2) to (4, 0) takes back what that counts.
+    EXPECT_FALSE(inside({{{4, 0}, {8, 2}, {0, 2}}}, 4, 1));
+}
+
 TEST(CrossingTest, AddsTheWindingOfAllRings) {
     Points hole = square(1, 1, 2);
     std::ranges::reverse(hole);

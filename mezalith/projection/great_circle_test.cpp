@@ -254,6 +254,35 @@ TEST(GeodesicMidpoint, AnswersSomethingBetweenAntipodes) {
     EXPECT_LE(std::abs(p.y), 90);
 }
 
+// --- degrees and radians --------------------------------------------------
+
+constexpr double radiansPerDegree = 0.017453292519943295;
+constexpr double degreesPerRadian = 57.29577951308232;
+constexpr double pi = 3.141592653589793;
+
+TEST(PointWithDistanceAndBearing, ComesBackToDegreesByOneFactor) {
+    for (double x = -180; x <= 180; ++x) {
+        const double radians = x * radiansPerDegree;
+        EXPECT_EQ(MzPointWithDistanceAndBearing({x, 0}, 0, 0).x, radians * degreesPerRadian);
+    }
+}
+
+TEST(GeodesicMidpoint, ComesBackToDegreesByHalfATurn) {
+    for (double x = -180; x <= 180; ++x) {
+        const double radians = x * radiansPerDegree;
+        EXPECT_EQ(MzGeodesicMidpoint(x, 0, x, 0).x, radians * 180 / pi);
+    }
+}
+
+TEST(InitialBearing, ComesBackToDegreesByHalfATurn) {
+    for (double x = -179; x < 180; ++x) {
+        const double lambda = x * radiansPerDegree, phi = 25 * radiansPerDegree;
+        const double theta = std::atan2(std::sin(lambda) * std::cos(phi), std::sin(phi));
+        EXPECT_EQ(MzInitialBearingBetweenPoints(0, 0, x, 25),
+                  std::fmod(theta * 180 / pi + 360, 360));
+    }
+}
+
 TEST(GreatCircle, PassesNaNThrough) {
     EXPECT_TRUE(std::isnan(MzEarthDistance(0, nan, 1, 1)));
     EXPECT_TRUE(std::isnan(MzPointWithDistanceAndBearing({0, 0}, nan, 0).y));

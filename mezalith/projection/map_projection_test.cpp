@@ -189,8 +189,10 @@ TEST(MapProjection, MeasuresAnArcSecondForPlateCarree) {
     EXPECT_NEAR(projection->metersPerProjectedUnitForLongitudeLatitude({0, 0}), 110426.98, 5e-3);
     EXPECT_NEAR(projection->metersPerProjectedUnitForLongitudeLatitude({25, 0}),
                 6327000 * std::numbers::pi / 180, 1e-4);
-    EXPECT_EQ(projection->metersPerProjectedUnitForLongitudeLatitude({10, 60}),
-              MzEarthDistance(10 - h, 60, 10 + h, 60) * 3600);
+    for (double y = -80; y <= 80; ++y) {
+        EXPECT_EQ(projection->metersPerProjectedUnitForLongitudeLatitude({10, y}),
+                  MzEarthDistance(10 - h, y, 10 + h, y) * 3600);
+    }
     EXPECT_NEAR(projection->metersPerProjectedUnitForLongitudeLatitude({10, 60}), 110426.98 / 2,
                 1e-2);
 }

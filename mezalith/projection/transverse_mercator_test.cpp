@@ -264,6 +264,67 @@ TEST(TransverseMercator, KeepsEveryTermOfTheInverseSeries) {
     }
 }
 
+// --- the formulas, operation by operation ---------------------------------
+
+double arcByFormula(double phi) {
+    const double s = std::sin(phi), c = std::cos(phi), s2 = s * s;
+    const double powers =
+        0.005018678421484986 +
+        s2 * (2.1002980978867826e-05 + s2 * (1.0936603392140145e-07 + s2 * 6.178058818421671e-10));
+    return semiMajorAxis * (0.9983242984313436 * phi - s * c * powers);
+}
+
+constexpr double pi = 3.141592653589793;
+constexpr double eSquared = 0.0066943799901413165;
+constexpr double ePrimeSquared = 0.006739496742276434;
+
+Plane forwardByFormula(Geographic g, double meridian, double k) {
+    const double phi = g.latitude * pi / 180, lambda = (g.longitude - meridian) * pi / 180;
+    const double s = std::sin(phi), c = std::cos(phi), T = std::tan(phi) * std::tan(phi);
+    const double N = semiMajorAxis / std::sqrt(1 - eSquared * (s * s));
+    const double C = ePrimeSquared * (c * c), A2 = lambda * lambda * (c * c);
+    const double T2 = T * T, T3 = T2 * T;
+    const double x6 = A2 / 42 * (61 - 479 * T + 179 * T2 - T3);
+    const double x4 = A2 / 20 * (5 - 18 * T + T2 + 14 * C - 58 * T * C + x6);
+    const double y6 = A2 / 56 * (1385 - 3111 * T + 543 * T2 - T3);
+    const double y4 = A2 / 30 * (61 - 58 * T + T2 + 270 * C - 330 * T * C + y6);
+    return {k * N * c * lambda * (1 + A2 / 6 * (1 - T + C + x4)),
+            k * arcByFormula(phi) + k * N * s * c * 0.5 * (lambda * lambda) *
+                                        (1 + A2 / 12 * (5 - T + 9 * C + 4 * (C * C) + y4))};
+}
+
+Geographic inverseByFormula(Plane p, double meridian, double k) {
+    const double phi = InverseMeridionalArcPROJ4(p.y / k);
+    const double s = std::sin(phi), c = std::cos(phi), t = std::tan(phi), T = t * t;
+    const double N = semiMajorAxis / std::sqrt(1 - eSquared * (s * s));
+    const double eta = ePrimeSquared * (c * c), D = p.x / (N * k), D2 = D * D;
+    const double T2 = T * T, T3 = T2 * T;
+    const double y6 = D2 / 56 * (1385 + 3633 * T + 4095 * T2 + 1575 * T3);
+    const double y4 = D2 / 30 * (61 + 90 * T - 252 * T * eta + 45 * T2 + 46 * eta - y6);
+    const double y2 = D2 / 12 * (5 + 3 * T + eta - 4 * (eta * eta) - 9 * T * eta - y4);
+    const double x6 = D2 / 42 * (61 + 662 * T + 1320 * T2 + 720 * T3);
+    const double x4 = D2 / 20 * (5 + 28 * T + 24 * T2 + 8 * T * eta + 6 * eta - x6);
+    return {(phi - 0.5 * (1 + eta) * t * D2 * (1 - y2)) * 180 / pi,
+            meridian + D / c * 57.29577951308232 * (1 - D2 / 6 * (1 + 2 * T + eta - x4))};
+}
+
+TEST(TransverseMercator, FollowsItsFormulasToTheLastBit) {
+    std::mt19937_64 random{seed};
+    std::uniform_real_distribution<double> anyLatitude{-89, 89}, within{-40, 40};
+    for (int i = 0; i < 20'000; ++i) {
+        const Geographic g{anyLatitude(random), 9 + within(random)};
+        SCOPED_TRACE(testing::Message()
+                     << "seed " << seed << ", " << g.latitude << ' ' << g.longitude);
+        const Plane p = forward(g.latitude, g.longitude, 9, 0.9996);
+        ASSERT_EQ(MeridionalArcPROJ4(g.latitude), arcByFormula(g.latitude));
+        ASSERT_EQ(p.x, forwardByFormula(g, 9, 0.9996).x);
+        ASSERT_EQ(p.y, forwardByFormula(g, 9, 0.9996).y);
+        const Geographic back = inverse(p.x, p.y, 9, 0.9996);
+        ASSERT_EQ(back.latitude, inverseByFormula(p, 9, 0.9996).latitude);
+        ASSERT_EQ(back.longitude, inverseByFormula(p, 9, 0.9996).longitude);
+    }
+}
+
 // --- many points ----------------------------------------------------------
 
 TEST(TransverseMercator, ConvertsManyPointsAsOneByOne) {
