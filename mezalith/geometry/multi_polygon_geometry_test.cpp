@@ -108,6 +108,7 @@ TEST(MultiPolygonGeometry, ContainsPointsOfAnyMember) {
     EXPECT_TRUE(contains(kThreeMembers, {7, 7}));
     EXPECT_FALSE(contains(kThreeMembers, {5, 5}));
     EXPECT_FALSE(contains({}, {0, 0}));
+    EXPECT_TRUE(contains({{{{0, 0}, {1, 0}, {1, 4}, {0, 4}}}}, {0.5, 3}));
     // Within a leaf, but the crossings of the slanting edge say no.
     EXPECT_FALSE(contains({{{{0, 0}, {4, 0}, {0, 4}, {0, 0}}}}, {1, 2}));
     // The crossings say yes, but no half-open leaf holds the border.

@@ -108,6 +108,7 @@ TEST(PolygonGeometry, IsCulledByItsTransformedBoundsOnly) {
 TEST(PolygonGeometry, ContainsPointsByLeavesThenByCrossings) {
     EXPECT_TRUE(contains({square(0, 0, 1)}, {0.5, 0.5}));
     EXPECT_FALSE(contains({square(0, 0, 1)}, {2, 0.5}));
+    EXPECT_TRUE(contains({{{0, 0}, {1, 0}, {1, 4}, {0, 4}}}, {0.5, 3}));
     // On the upper border the crossings say yes, the half-open leaf no.
     OwnedPolygon owned({square(0, 0, 1)});
     const MzPolygon record = owned.record();

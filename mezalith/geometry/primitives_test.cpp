@@ -262,6 +262,13 @@ TEST(DivideRect, GivesTwoZeroRectanglesForAnEmptyOneWhateverTheEdge) {
     expectPieces(divided({{1, 2}, {5, -1}}, 3, 3), MzZeroRect, MzZeroRect);
 }
 
+TEST(DivideRect, DoesNotTakeAnExtentThatIsNoNumberForEmpty) {
+    const Pieces pieces = divided({{1, 2}, {kNaN, 20}}, 3, MzMinYEdge);
+    EXPECT_EQ(pieces.slice.size.height, 3);
+    EXPECT_EQ(pieces.remainder.origin.y, 5);
+    EXPECT_EQ(divided({{1, 2}, {kNaN, 20}}, 3, MzMinXEdge).slice.origin.x, 1);
+}
+
 TEST(DivideRect, WorksWithoutOutputs) {
     MzRect slice = MzZeroRect, remainder = MzZeroRect;
     MzDivideRect(kTen, &slice, nullptr, 3, MzMinXEdge);
