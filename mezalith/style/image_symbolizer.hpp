@@ -67,14 +67,14 @@ class MEZALITH_EXPORT MzImageSymbolizer : public MzSymbolizer {
     /// Whether `point` lies in the picture's rectangle (half-open); NO for other geometries than
     /// points.
     /// Settled: the rectangle is not turned with the picture.
+    bool isSpatialObject(MzSpatialObjectDrawAdditions* object, MzPoint point,
+                         MzDrawContext* context, bool selected) override;
     /// As a picture that is drawn anew: one that was drawn before with another image or size, and
     /// is kept, is hit as if it were not.
     bool paintsAtPoint(MzSpatialObjectDrawAdditions* object, MzPoint point, double tolerance,
                        MzDrawContext* context, bool selected) override;
     /// As far as the corner that is farthest from the hot spot.
     double paintReach(double scaleFactor) const override;
-    bool isSpatialObject(MzSpatialObjectDrawAdditions* object, MzPoint point,
-                         MzDrawContext* context, bool selected) override;
 
   protected:
     std::shared_ptr<MzSymbolizer> newInstance() const override;

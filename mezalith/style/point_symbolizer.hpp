@@ -91,12 +91,13 @@ class MEZALITH_EXPORT MzPointSymbolizer : public MzStrokedSymbolizer, private pl
 
     /// For points and multi-points: whether the Manhattan distance from `point` is under
     /// `symbolSize` + `strokeWidth` / 2, whatever the scale factor. NO for polygons.
+    bool isSpatialObject(MzSpatialObjectDrawAdditions* object, MzPoint point,
+                         MzDrawContext* context, bool selected) override;
+    /// As a marker that is drawn anew, whatever layer is kept.
     bool paintsAtPoint(MzSpatialObjectDrawAdditions* object, MzPoint point, double tolerance,
                        MzDrawContext* context, bool selected) override;
     /// As far as the layer of a selected marker, or a marker without a layer.
     double paintReach(double scaleFactor) const override;
-    bool isSpatialObject(MzSpatialObjectDrawAdditions* object, MzPoint point,
-                         MzDrawContext* context, bool selected) override;
 
     /// Sets the state from the properties and draws the marker around the origin.
     /// Settled: a shadow is set on the port of the current graphics context, whichever port the
