@@ -295,6 +295,96 @@ TEST(Bisector, OfTwoParabolasWithEdgesMeetsOnTheBisectorOfTheEdges) {
     EXPECT_NEAR(std::hypot(parallel.point.x - 5, 1.5), 4.5, 1e-9);
 }
 
+/// Parabolas between a vertex and an edge they share; the bisector of the vertices is the x axis.
+struct TwoParabolas {
+    Bisector first = unitParabola();
+    Bisector second = unitParabola();
+
+    TwoParabolas() {
+        const auto shared = edge({-9, 0}, {9, 0});
+        first->setLeftComponent(vertex({0, -0.5}));
+        first->setRightComponent(shared);
+        second->setLeftComponent(shared);
+        second->setRightComponent(vertex({0, 0.5}));
+    }
+};
+
+/// Crosses the x axis upright, at parameter `depth`.
+void runUpright(MzBisector& bisector, double x, double depth) {
+    bisector.setStart({x, -depth});
+    bisector.setDirection({0, 1});
+    bisector.setQuadratic({0, 0});
+}
+
+TEST(Bisector, OfTwoParabolasMeetsWithinAMillionthOfTheLogarithm) {
+    TwoParabolas two;
+    runUpright(*two.first, 5, 1);
+    for (const double apart : {2.2e-6, -2.2e-6, 0.0}) {
+        runUpright(*two.second, 5 * (1 + apart), 2);
+        const Meeting m = meeting(*two.first, two.second.get());
+        EXPECT_EQ(m.s1, 1) << apart;
+        EXPECT_EQ(m.s2, 2) << apart;
+        EXPECT_EQ(m.point.x, 5) << apart;
+    }
+    for (const double apart : {2.4e-6, -2.4e-6}) {
+        runUpright(*two.second, 5 * (1 + apart), 2);
+        const Meeting m = meeting(*two.first, two.second.get());
+        EXPECT_EQ(m.s1, kInfinity) << apart;
+        EXPECT_EQ(m.s2, kInfinity) << apart;
+    }
+}
+
+TEST(Bisector, OfTwoParabolasThatMeetTwicePicksByTheParametersOfTheFirst) {
+    // y = s² - 1 at x = 2 + s, and y = s² - 4 at x = 2 - s/2: together at x = 1 and x = 3.
+    TwoParabolas two;
+    two.first->setStart({2, -1});
+    two.second->setStart({2, -4});
+    two.second->setDirection({-0.5, 0});
+    const Meeting m = meeting(*two.first, two.second.get());
+    EXPECT_EQ(m.s1, 1);
+    EXPECT_EQ(m.s2, -2);
+    expectPoint(m.point, 3, 0);
+    const Meeting back = meeting(*two.second, two.first.get());
+    EXPECT_EQ(back.s1, kInfinity) << "their line runs along negative x";
+}
+
+TEST(Bisector, OfTwoParabolasWithNothingInCommonLooksAtTheOuterComponents) {
+    TwoParabolas two;
+    two.second->setLeftComponent(edge({-9, 7}, {9, 7}));
+    runUpright(*two.first, 5, 1);
+    runUpright(*two.second, 5, 2);
+    EXPECT_EQ(meeting(*two.first, two.second.get()).s1, 1);
+}
+
+TEST(Bisector, OfTwoParabolasRunsAlongTheBareDifferenceOfTheEdges) {
+    TwoParabolas two;
+    runUpright(*two.first, 5, 1);
+    runUpright(*two.second, 5, 2);
+    const auto meets = [&](double apart) {
+        const auto upright = std::make_shared<MzRingEdge>(),
+                   leaning = std::make_shared<MzRingEdge>();
+        upright->setDirection({0, 1});
+        leaning->setDirection({apart, 1});
+        two.first->setLeftComponent(upright);
+        two.second->setRightComponent(leaning);
+        return meeting(*two.first, two.second.get()).s1 == 1;
+    };
+    EXPECT_TRUE(meets(1.1e-7));
+    EXPECT_FALSE(meets(0.9e-7)) << "a line that hardly runs along x is measured along y";
+}
+
+TEST(Bisector, OfTwoParabolasTakesPlacesOnEitherSideOfTheMiddleForOne) {
+    // Both cross the axis at x = -1 and x = 1; the first root of the one fits either of the other.
+    TwoParabolas two;
+    two.first->setStart({0, -1});
+    two.second->setStart({0, -4});
+    two.second->setDirection({-0.5, 0});
+    const Meeting m = meeting(*two.first, two.second.get());
+    EXPECT_EQ(m.s1, -1);
+    EXPECT_EQ(m.s2, 2);
+    expectPoint(m.point, -1, 0);
+}
+
 TEST(Bisector, OfTwoParabolasWithoutSuchALineMeetsNowhere) {
     const test::LogLines log;
     const auto one = bisectorBetween(vertex({-2, 4}), edge({-9, 0}, {9, 0}), {-2, 2});
@@ -327,6 +417,19 @@ TEST(Bisector, KnowsAFakeRendezvousByTheChainOnOneSide) {
     EXPECT_TRUE(receiver->fakeRendezvousWithBisectorOnLeft(tip.get()));
     EXPECT_FALSE(receiver->fakeRendezvousWithBisectorOnLeft(nullptr));
     EXPECT_FALSE(receiver->fakeRendezvousWithBisectorOnRight(nullptr));
+}
+
+TEST(Bisector, KnowsNoFakeRendezvousWhereEitherStarts) {
+    const auto earlier = line({3, -2}, {0, 1});
+    earlier->setEndParameter(9);
+    const auto tip = line({9, 9}, {1, 1});
+    tip->setLeftBisector(earlier);
+    const auto isFake = [&](MzPoint start) {
+        return line(start, {1, 0})->fakeRendezvousWithBisectorOnRight(tip.get());
+    };
+    EXPECT_TRUE(isFake({2, 0}));
+    EXPECT_FALSE(isFake({3, 0}));
+    EXPECT_FALSE(isFake({2, -2}));
 }
 
 TEST(Bisector, MeasuresTheDistanceToItsLeftComponent) {

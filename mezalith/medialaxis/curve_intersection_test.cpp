@@ -153,6 +153,40 @@ TEST(CurveIntersection, TakesTinyDiscriminantsForZero) {
                   kInfinity, kInfinity);
 }
 
+// --- which coefficients vanish beside the others
+
+/// The roots of quadratic·s² + linear·s + constant, as a ray along x finds them.
+Answers rootsOf(double quadratic, double linear, double constant) {
+    return both({{0, 0}, {1, 0}}, {{0, constant}, {1, linear}, {0, quadratic}});
+}
+
+TEST(CurveIntersection, LeavesTheQuadraticTermOutBesideBothOthersAboveSevenOrders) {
+    expectAnswers(rootsOf(1e-8, 1, 1), -1, -1, -1, -1);
+    EXPECT_NE(rootsOf(1.1e-8, 1, 1).s1, rootsOf(1.1e-8, 1, 1).s2);
+    EXPECT_NE(rootsOf(1e-7, 1, 1).s1, rootsOf(1e-7, 1, 1).s2);
+}
+
+TEST(CurveIntersection, LeavesTheLinearTermOutBesideBothOthersAboveSevenOrders) {
+    expectAnswers(rootsOf(1, 1e-8, -4), -2, -2, 2, 2);
+    EXPECT_NE(rootsOf(1, 1e-7, -4).s2, 2);
+}
+
+TEST(CurveIntersection, HasBothRootsAtTheStartWhereOneTermOutweighsTheOthers) {
+    // The other two stand apart too, but the greatest decides.
+    expectAnswers(rootsOf(1e-8, 1, 1e-16), 0, 0, 0, 0);
+    expectAnswers(rootsOf(1, 1e-8, 1e-16), 0, 0, 0, 0);
+    expectAnswers(rootsOf(1, 1e-8, 1e-8), 0, 0, 0, 0);
+    EXPECT_NE(rootsOf(1, 1e-7, -1e-8).s2, 0);
+    EXPECT_NE(rootsOf(1e-8, 1, 1e-7).s1, 0);
+}
+
+TEST(CurveIntersection, HasOneRootUpToADiscriminantOf1e7) {
+    expectAnswers(rootsOf(1, 2, 1 - 2.4e-8), -1, -1, -1, -1);
+    expectAnswers(rootsOf(1, 2, 1 + 2.4e-8), -1, -1, -1, -1);
+    EXPECT_NE(rootsOf(1, 2, 1 - 2.6e-8).s1, -1);
+    EXPECT_EQ(rootsOf(1, 2, 1 + 2.6e-8).s1, kInfinity);
+}
+
 TEST(CurveIntersection, OfARayAlongNegativeXHasNoFiniteRayParameter) {
     const Answers a = both({{5, 4}, {-1, 0}}, kUnit);
     EXPECT_EQ(a.s1, -2);

@@ -9,6 +9,7 @@
 #include <limits>
 #include <memory>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -269,6 +270,226 @@ TEST(MedialAxis, TakesCoordinatesThatAreNotFinite) {
             expectTree(*axis);
         }
     }
+}
+
+// --- step by step
+
+/// The network by the plainest means: a list that is searched, four bisectors, and recursion.
+class PlainAxis {
+  public:
+    struct Arc {
+        std::size_t start, end;
+        bool isParabola;
+        MzPoint control1, control2;
+    };
+    std::vector<std::pair<MzPoint, double>> nodes;
+    std::vector<Arc> arcs;
+    std::uint64_t loops = 0;
+
+    explicit PlainAxis(Points points) {
+        const auto ring = test::recordOf<MzLinearRing>(points);
+        list_ =
+            MzBisector::bisectorsFromRingComponents(MzRingComponent::ringComponentsFromRing(&ring));
+        const auto [left, right] = std::ranges::minmax(points, {}, &MzPoint::x);
+        const auto [low, high] = std::ranges::minmax(points, {}, &MzPoint::y);
+        reach_ = std::sqrt((high.y - low.y) * (high.y - low.y) +
+                           (right.x - left.x) * (right.x - left.x));
+        const std::uint64_t most = list_.size() * list_.size();
+        look(0);
+        if (list_.size() < 4) b3_ = memberAt(0);
+        while (list_.size() > 2 && loops < most) goOn();
+        if (b0_ != nullptr) finish();
+    }
+
+  private:
+    using Bisector = std::shared_ptr<MzBisector>;
+
+    Bisector memberAt(std::size_t k) const {
+        return list_.empty() ? nullptr : list_[k % list_.size()];
+    }
+    std::size_t indexOf(const Bisector& b) const {
+        return static_cast<std::size_t>(std::ranges::find(list_, b) - list_.begin());
+    }
+    void erase(const Bisector& b) { std::erase(list_, b); }
+    void insert(const Bisector& b, std::size_t k) {
+        list_.insert(list_.begin() + static_cast<std::ptrdiff_t>(k), b);
+    }
+    void look(std::size_t k) {
+        b0_ = memberAt(k);
+        b1_ = list_.size() < 2 ? nullptr : memberAt(k + 1);
+        b2_ = list_.size() < 3 ? nullptr : memberAt(k + 2);
+        b3_ = list_.size() < 4 ? nullptr : memberAt(k + 3);
+    }
+
+    void goOn() {
+        ++loops;
+        double u0 = 0, u1 = 0, m1 = 0, m2 = 0, w3 = 0, w2 = 0;
+        b0_->intersectionWithBisector(b1_.get(), &u0, &u1);
+        const MzPoint meeting = b1_->intersectionWithBisector(b2_.get(), &m1, &m2);
+        if (b3_ != nullptr) b3_->intersectionWithBisector(b2_.get(), &w3, &w2);
+        const bool valid = 0 < m1 && m1 < reach_ && 0 < m2 && m2 < reach_;
+        bool leftFirst = u0 > 0 && u1 > 0 && u1 < m1 && list_.size() > 3;
+        bool rightFirst = b3_ != nullptr && w3 > 0 && w2 > 0 && w2 < m2;
+        if (list_.size() == 4 && leftFirst != rightFirst) leftFirst = rightFirst = false;
+        if (valid && !leftFirst && !rightFirst) {
+            merge(m1, m2, meeting);
+        } else {
+            splitOrAdvance(valid);
+        }
+    }
+
+    void merge(double m1, double m2, MzPoint meeting) {
+        b1_->setEndParameter(m1);
+        b2_->setEndParameter(m2);
+        const auto merged = MzBisector::bisectorFromLeftBisector(b1_, b2_, meeting);
+        const std::size_t k = indexOf(b1_);
+        erase(b1_);
+        erase(b2_);
+        insert(merged, std::min(k, list_.size()));
+        look(indexOf(merged));
+    }
+
+    void splitOrAdvance(bool valid) {
+        const bool isMerged = b1_->leftBisector() != nullptr && b1_->rightBisector() != nullptr;
+        if (b1_->fakeRendezvousWithBisectorOnRight(b2_.get())) {
+            std::tie(b2_, b3_) = split(b2_);
+        } else if (!valid && isMerged) {
+            std::tie(b0_, b1_) = split(b1_);
+        } else if (b2_->fakeRendezvousWithBisectorOnLeft(b1_.get()) ||
+                   b0_->fakeRendezvousWithBisectorOnRight(b1_.get())) {
+            std::tie(b0_, b1_) = split(b1_);
+        } else {
+            look(indexOf(b1_));
+        }
+    }
+
+    std::pair<Bisector, Bisector> split(const Bisector& x) {
+        const Bisector left = x->leftBisector(), right = x->rightBisector();
+        left->setEndParameter(1);
+        right->setEndParameter(1);
+        const std::size_t k = indexOf(x);
+        list_.erase(list_.begin() + static_cast<std::ptrdiff_t>(k));
+        insert(right, k);
+        insert(left, k);
+        return {left, right};
+    }
+
+    void finish() {
+        const Bisector left = b1_ == nullptr ? nullptr : b1_->leftBisector();
+        double s = 0, t = 0;
+        const MzPoint root = b0_->intersectionWithBisector(left.get(), &s, &t);
+        b0_->setEndParameter(0 < s && s < t ? s : t);
+        nodes.emplace_back(root, b0_->distanceFromStartToComponents());
+        grow(0, b0_);
+        grow(0, left);
+        grow(0, b1_ == nullptr ? nullptr : b1_->rightBisector());
+    }
+
+    static bool isVertex(const std::shared_ptr<MzRingComponent>& component) {
+        return component->ringComponentType() == MzRingComponentTypeInflexVertex;
+    }
+
+    void grow(std::size_t node, const Bisector& b) {
+        if (b == nullptr) return;
+        if (b->leftBisector() == nullptr && b->rightBisector() == nullptr &&
+            (isVertex(b->leftComponent()) || isVertex(b->rightComponent()))) {
+            return;
+        }
+        Arc arc{nodes.size(), node, b->bisectorType() == MzBisectorTypeParabola, {}, {}};
+        if (arc.isParabola) {
+            const double e = b->endParameter();
+            const MzPoint d{b->direction().x * e, b->direction().y * e};
+            const MzPoint q{b->quadratic().x * e * e, b->quadratic().y * e * e};
+            const MzPoint n = nodes[node].first;
+            arc.control1 = {b->start().x + d.x / 3, b->start().y + d.y / 3};
+            arc.control2 = {n.x - (2 * q.x + d.x) / 3, n.y - (2 * q.y + d.y) / 3};
+        }
+        arcs.push_back(arc);
+        nodes.emplace_back(b->start(), b->distanceFromStartToComponents());
+        const std::size_t start = arc.start;
+        grow(start, b->leftBisector());
+        grow(start, b->rightBisector());
+    }
+
+    MzBisectors list_;
+    double reach_ = 0;
+    Bisector b0_, b1_, b2_, b3_;
+};
+
+bool isSame(double a, double b) { return a == b || (std::isnan(a) && std::isnan(b)); }
+bool isSame(MzPoint a, MzPoint b) { return isSame(a.x, b.x) && isSame(a.y, b.y); }
+
+/// To the last bit.
+bool isSame(const MzMedialAxis& axis, const PlainAxis& plain) {
+    const auto& nodes = axis.nodes();
+    const auto& arcs = axis.arcs();
+    if (axis.loops() != plain.loops || nodes.size() != plain.nodes.size()) return false;
+    if (arcs.size() != plain.arcs.size()) return false;
+    for (std::size_t i = 0; i < nodes.size(); ++i) {
+        if (!isSame(nodes[i]->point(), plain.nodes[i].first)) return false;
+        if (!isSame(nodes[i]->distance(), plain.nodes[i].second)) return false;
+    }
+    for (std::size_t i = 0; i < arcs.size(); ++i) {
+        const PlainAxis::Arc& arc = plain.arcs[i];
+        if (arcs[i]->start() != nodes[arc.start].get()) return false;
+        if (arcs[i]->end() != nodes[arc.end].get()) return false;
+        if (arcs[i]->isParabola() != arc.isParabola) return false;
+        if (!isSame(arcs[i]->controlPoint1(), arc.control1)) return false;
+        if (!isSame(arcs[i]->controlPoint2(), arc.control2)) return false;
+    }
+    return true;
+}
+
+/// Columns of whole heights side by side, counter-clockwise and closed: many meetings at once.
+Points skyline(Random& random, int columns) {
+    Points points{{10, 10}, {10.0 + 20 * columns, 10}};
+    for (int i = columns; i > 0; --i) {
+        const double top = 30 + 20.0 * static_cast<double>(random() % 4);
+        points.push_back({10.0 + 20 * i, top});
+        points.push_back({10.0 + 20 * (i - 1), top});
+    }
+    points.push_back(points.front());
+    return points;
+}
+
+/// Corners anywhere, with crossings; a triangle with one of them twice where there are three.
+Points tangle(Random& random, int count) {
+    Points points;
+    for (int i = 0; i < count; ++i) {
+        points.push_back({test::uniform(random, 10, 200), test::uniform(random, 10, 200)});
+    }
+    points.push_back(points.back());
+    points.push_back(points.front());
+    return points;
+}
+
+/// Either way round, all corners at whole coordinates.
+Points wholeRing(Random& random, int kind) {
+    const int count = 4 + static_cast<int>(random() % 12);
+    const double size = 20 + 10 * (kind % 7);
+    Points points =
+        kind % 5 == 0   ? test::placed(test::starRing(random, count, 0.4), size, {200, 300})
+        : kind % 5 == 1 ? test::placed(test::convexRing(random, count), size, {200, 300})
+        : kind % 5 == 2 ? skyline(random, count / 3)
+                        : tangle(random, kind % 5 == 3 ? count : 3);
+    for (MzPoint& p : points) p = {std::round(p.x), std::round(p.y)};
+    return kind % 2 == 0 ? points : test::reversed(points);
+}
+
+TEST(MedialAxis, TakesThePlainestStepsToTheLastBit) {
+    Random random(kSeed);
+    int converged = 0;
+    constexpr int kRings = 1500;
+    for (int i = 0; i < kRings; ++i) {
+        const Points ring = wholeRing(random, i);
+        const auto axis = axisOf(ring);
+        ASSERT_NE(axis, nullptr);
+        const test::LogLines quiet;
+        ASSERT_TRUE(isSame(*axis, PlainAxis(ring))) << "ring " << i;
+        converged += axis->isConverged() ? 1 : 0;
+    }
+    EXPECT_GT(converged, kRings / 2);
+    EXPECT_LT(converged, kRings);
 }
 
 // --- the law of the axis
