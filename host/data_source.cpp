@@ -8,6 +8,7 @@
 #include "host/wkb_file.hpp"
 
 #include <algorithm>
+#include <map>
 #include <optional>
 #include <utility>
 
@@ -76,13 +77,35 @@ platform::Value valueOf(const OGRFeature& feature, int field) {
     }
 }
 
-platform::Dictionary attributesOf(const OGRFeature& feature) {
-    platform::Dictionary attributes;
-    for (int i = 0; i < feature.GetFieldCount(); ++i) {
-        attributes.insert_or_assign(feature.GetFieldDefnRef(i)->GetNameRef(), valueOf(feature, i));
+/// The fields of a layer in the order of their names, which its records share.
+class Columns {
+  public:
+    explicit Columns(OGRFeatureDefn& definition) {
+        std::map<std::string, int> fieldByName;
+        for (int i = 0; i < definition.GetFieldCount(); ++i) {
+            fieldByName.insert_or_assign(definition.GetFieldDefn(i)->GetNameRef(), i);
+        }
+        auto names = std::make_shared<platform::Dictionary::Names>();
+        names->reserve(fieldByName.size());
+        fields_.reserve(fieldByName.size());
+        for (const auto& [name, field] : fieldByName) {
+            names->push_back(name);
+            fields_.push_back(field);
+        }
+        names_ = std::move(names);
     }
-    return attributes;
-}
+
+    platform::Dictionary attributesOf(const OGRFeature& feature) const {
+        std::vector<platform::Value> values;
+        values.reserve(fields_.size());
+        for (const int field : fields_) values.push_back(valueOf(feature, field));
+        return {names_, std::move(values)};
+    }
+
+  private:
+    std::shared_ptr<const platform::Dictionary::Names> names_;
+    std::vector<int> fields_;  ///< one for each name
+};
 
 /// Degrees beyond what any layer holds, and still a number to every driver.
 constexpr double kEverywhere = 1e9;
@@ -142,9 +165,10 @@ class LibraryBackend final : public DataSource::Backend {
         ErrorScope errors;
         OGRLayer& layer = *layers_[index];
         const Transformation transformation = transformationOf(layer, errors);
+        const Columns columns(*layer.GetLayerDefn());
         layer.ResetReading();
         while (const OGRFeatureUniquePtr feature{layer.GetNextFeature()}) {
-            sink(recordOf(*feature, transformation.get(), errors));
+            sink(recordOf(*feature, columns, transformation.get(), errors));
         }
         if (errors.hasError()) throw Failure(layer.GetName(), errors.takeError(""));
     }
@@ -166,9 +190,9 @@ class LibraryBackend final : public DataSource::Backend {
     /// can stand.
     static double finite(double limit) { return std::clamp(limit, -1e9, 1e9); }
 
-    static SourceRecord recordOf(OGRFeature& feature, OGRCoordinateTransformation* transformation,
-                                 ErrorScope& errors) {
-        SourceRecord record{feature.GetFID(), attributesOf(feature), {}, {}};
+    static SourceRecord recordOf(OGRFeature& feature, const Columns& columns,
+                                 OGRCoordinateTransformation* transformation, ErrorScope& errors) {
+        SourceRecord record{feature.GetFID(), columns.attributesOf(feature), {}, {}};
         if (feature.GetGeometryRef() == nullptr) return record;
         const OGRGeometryUniquePtr geometry =
             simplified(OGRGeometryUniquePtr(feature.StealGeometry()));

@@ -24,13 +24,19 @@ using Features = std::vector<std::shared_ptr<Feature>>;
 Features placesOf(std::int64_t count) {
     std::mt19937 random(20240229);
     Features places;
+    auto columns = std::make_shared<platform::Dictionary::Names>();
+    for (int column = 10; column < 38; ++column) {
+        columns->push_back("column" + std::to_string(column));
+    }
+    columns->emplace_back("name");
+    columns->emplace_back("population");
     for (std::int64_t id = 0; id < count; ++id) {
-        FeatureRecord record{id, random() % 2 == 0 ? "city" : "town", {}};
-        for (int column = 0; column < 28; ++column) {
-            record.attributes["column" + std::to_string(column)] = std::to_string(random());
-        }
-        record.attributes["name"] = "Place " + std::to_string(id);
-        record.attributes["population"] = static_cast<std::int64_t>(random() % 2000000);
+        std::vector<platform::Value> values;
+        for (int column = 0; column < 28; ++column) values.emplace_back(std::to_string(random()));
+        const bool isCity = random() % 2 == 0;
+        values.emplace_back("Place " + std::to_string(id));
+        values.emplace_back(static_cast<std::int64_t>(random() % 2000000));
+        FeatureRecord record{id, isCity ? "city" : "town", {columns, std::move(values)}};
         places.push_back(
             std::make_shared<Feature>(std::make_shared<const FeatureRecord>(std::move(record)),
                                       Part{Form::Points, MzPointGeometry::initWithPoint({0, 0})}));
@@ -41,9 +47,8 @@ Features placesOf(std::int64_t count) {
 bool isLargeCity(const Feature& feature) {
     if (feature.record()->layer != "city") return false;
     const platform::Dictionary& attributes = feature.propertiesByName();
-    const auto found = attributes.find("population");
-    if (found == attributes.end()) return false;
-    const auto* population = std::get_if<std::int64_t>(&found->second);
+    const platform::Value* const found = attributes.find("population");
+    const auto* population = std::get_if<std::int64_t>(found);
     return population != nullptr && *population > 1000000;
 }
 

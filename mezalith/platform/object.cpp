@@ -6,8 +6,8 @@
 namespace mezalith::platform {
 
 KeyedValue valueForKey(const Dictionary& table, std::string_view key) {
-    const auto found = table.find(key);
-    if (found == table.end()) return {};
+    const Value* const found = table.find(key);
+    if (found == nullptr) return {};
     return std::visit(
         [](const auto& value) -> KeyedValue {
             if constexpr (std::is_same_v<decltype(value), const std::string&>) {
@@ -16,7 +16,7 @@ KeyedValue valueForKey(const Dictionary& table, std::string_view key) {
                 return value;
             }
         },
-        found->second);
+        *found);
 }
 
 Object::~Object() = default;

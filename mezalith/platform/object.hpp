@@ -2,10 +2,9 @@
 #pragma once
 
 #include <mezalith/export.hpp>
+#include <mezalith/platform/dictionary.hpp>
 
 #include <cstdint>
-#include <functional>
-#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -14,12 +13,6 @@
 namespace mezalith::platform {
 
 class Object;
-
-/// An attribute's value. `std::monostate` is null; text is UTF-8.
-using Value = std::variant<std::monostate, bool, std::int64_t, double, std::string>;
-
-/// An attribute table: values by name, in the order of the names' bytes.
-using Dictionary = std::map<std::string, Value, std::less<>>;
 
 /// What an object answers for a key: a value, a table or another object. Text as a view, and
 /// tables, lie with the object that answered; they are good while it lives and is not changed.

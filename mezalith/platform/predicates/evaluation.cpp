@@ -104,7 +104,7 @@ class Evaluation {
         if (collection.kind() != Kind::Table) return test(collection);
         for (const auto& entry : *collection.table()) {
             Operand member;
-            member.set(entry.second);
+            member.set(entry.value);
             if (test(member)) return true;
         }
         return false;
