@@ -124,7 +124,8 @@ class Joiner {
         latitudes_.finish();
         std::vector<bool> odd(latitudes_.count());
         for (const auto& [from, to] : sides_) {
-            const auto [low, high] = std::minmax(latitudes_.indexOf(from), latitudes_.indexOf(to));
+            const auto [low, high] =
+                std::minmax({latitudes_.indexOf(from), latitudes_.indexOf(to)});
             for (std::size_t i = low; i < high; ++i) odd[i] = !odd[i];
         }
         for (std::size_t i = 0; i + 1 < odd.size(); ++i) {

@@ -224,7 +224,7 @@ void compareWithPicture(ViewFrame frame, int pixels) {
     }
     EXPECT_GT(kinds[0] + kinds[1], pixels / 100) << "markers and lines";
     EXPECT_GT(kinds[2], pixels / 8) << "areas";
-    EXPECT_GT(kinds[99], pixels / 8) << "nothing";
+    EXPECT_GT(kinds[99], pixels / 10) << "nothing";
 }
 
 #ifdef NDEBUG
