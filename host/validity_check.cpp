@@ -51,7 +51,7 @@ Finding findingOf(const OGRFeature& record) {
 void checkLayer(OGRLayer& layer, const ValidityCheck& check, RepairedCopy* copy) {
     ErrorScope errors;
     LayerValidity validity{.layer = layer.GetName()};
-    const double expected = static_cast<double>(layer.GetFeatureCount(FALSE));
+    const auto expected = static_cast<double>(layer.GetFeatureCount(FALSE));
     if (copy != nullptr) copy->beginLayer(layer);
     layer.ResetReading();
     while (const OGRFeatureUniquePtr record{layer.GetNextFeature()}) {

@@ -31,18 +31,18 @@ install(FILES
   DESTINATION ${package_dir})
 
 # mezalith_pkg_config(<target>): its pkg-config file. What a library links for itself alone matters
-# only to those who link it statically.
+# only to those who link it statically: to them it is required like its own. (As a private
+# requirement it would want pkg-config's --static, and with that what those libraries are made of.)
 function(mezalith_pkg_config target)
   string(REPLACE "_" "-" module ${target})
   get_target_property(links ${target} INTERFACE_LINK_LIBRARIES)
   list(FILTER links INCLUDE REGEX "^mezalith::")
   list(TRANSFORM links REPLACE "::" "-")
-  list(JOIN links " " requires)
   get_target_property(modules ${target} MEZALITH_MODULES)
-  set(requires_private "")
   if(modules AND NOT BUILD_SHARED_LIBS)
-    list(JOIN modules " " requires_private)
+    list(APPEND links ${modules})
   endif()
+  list(JOIN links " " requires)
   get_target_property(type ${target} TYPE)
   set(libs "")
   if(NOT type STREQUAL "INTERFACE_LIBRARY")
