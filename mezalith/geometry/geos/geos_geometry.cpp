@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "mezalith/geometry/geos/geos_geometry.hpp"
 
+#include "mezalith/geometry/plane_vector.hpp"
 #include <mezalith/geometry/line_string_geometry.hpp>
 #include <mezalith/geometry/multi_point_geometry.hpp>
 #include <mezalith/geometry/multi_polygon_geometry.hpp>
@@ -47,8 +48,6 @@ Context& context() {
 }
 
 using Points = std::span<const MzPoint>;
-
-bool isFinite(MzPoint point) { return std::isfinite(point.x) && std::isfinite(point.y); }
 
 /// What `create` makes of the points. Nothing of what is not finite, on which some of the library's
 /// operations do not end.

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "mezalith/geometry/geos/geos_geometry.hpp"
+#include "mezalith/geometry/plane_vector.hpp"
 #include <mezalith/geometry/geos/validity.hpp>
 #include <mezalith/geometry/wkb_builder.hpp>
 #include <mezalith/geometry/wkb_reader.hpp>
@@ -17,12 +18,11 @@ namespace {
 
 using detail::geosContext;
 using detail::GeosGeometry;
+using detail::isFinite;
 
 constexpr const char* kTooFewPoints = "Too few points in geometry component";
 constexpr MzPoint kNowhere{std::numeric_limits<double>::quiet_NaN(),
                            std::numeric_limits<double>::quiet_NaN()};
-
-bool isFinite(MzPoint p) { return std::isfinite(p.x) && std::isfinite(p.y); }
 
 bool isNone(const MzGeometryRecord& point) {
     return std::ranges::all_of(pointsOf(&point),
