@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <mezalith/clipping/exact_clipping.hpp>
 #include <mezalith/clipping/region_code.hpp>
+#include <mezalith/geometry/plane_vector.hpp>
 
 #include <algorithm>
 #include <array>
@@ -43,8 +44,6 @@ MzPoint cornerAt(Place place, const RegionLimits& box) {
 }
 
 // --- segments -------------------------------------------------------------
-
-bool isFinite(MzPoint p) { return std::isfinite(p.x) && std::isfinite(p.y); }
 
 /// Positive when the point lies to the left of the line from `p` to `q`.
 double leftOf(MzPoint p, MzPoint q, MzPoint point) {

@@ -1,24 +1,20 @@
 // SPDX-License-Identifier: MIT
+#include <mezalith/geometry/orientation.hpp>
+#include <mezalith/geometry/plane_vector.hpp>
 #include <mezalith/index/polygon_window.hpp>
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <limits>
 
 namespace mezalith {
 namespace {
 
-/// Twice the area of the triangle, positive when `p` lies to the left of the way from `a` to `b`.
-double turn(MzPoint a, MzPoint b, MzPoint p) {
-    return (b.x - a.x) * (p.y - a.y) - (b.y - a.y) * (p.x - a.x);
-}
-
 /// Whether a side whose box meets `box` does so itself: not if all corners lie to one side of it.
 bool sideMeets(MzPoint a, MzPoint b, const MzBox& box) {
-    const std::array<double, 4> turns{
-        turn(a, b, {box.minX, box.minY}), turn(a, b, {box.maxX, box.minY}),
-        turn(a, b, {box.maxX, box.maxY}), turn(a, b, {box.minX, box.maxY})};
+    const std::array turns{
+        MzOrientation(a, b, {box.minX, box.minY}), MzOrientation(a, b, {box.maxX, box.minY}),
+        MzOrientation(a, b, {box.maxX, box.maxY}), MzOrientation(a, b, {box.minX, box.maxY})};
     const auto [low, high] = std::ranges::minmax(turns);
     return !(low > 0 || high < 0);
 }
@@ -28,7 +24,7 @@ bool sideMeets(MzPoint a, MzPoint b, const MzBox& box) {
 bool isCrossed(MzPoint a, MzPoint b, MzPoint p) {
     if ((a.y > p.y) == (b.y > p.y)) return false;
     if (std::min(a.x, b.x) > p.x) return true;
-    const double side = turn(a, b, p);
+    const int side = MzOrientation(a, b, p);
     return a.y < b.y ? side > 0 : side < 0;
 }
 
@@ -49,7 +45,7 @@ MzPolygonWindow::MzPolygonWindow(const MzPolygon& polygon) {
 void MzPolygonWindow::addRing(const MzLinearRing& ring) {
     std::vector<MzPoint> points;
     for (const MzPoint p : pointsOf(&ring)) {
-        if (std::isfinite(p.x) && std::isfinite(p.y)) points.push_back(p);
+        if (detail::isFinite(p)) points.push_back(p);
     }
     for (std::size_t i = 0; i < points.size(); ++i) {
         sides_.push_back({points[i], points[i + 1 < points.size() ? i + 1 : 0]});

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <mezalith/geometry/plane_vector.hpp>
 #include <mezalith/projection/geodesic_line.hpp>
 #include <mezalith/projection/great_circle.hpp>
 
@@ -11,6 +12,8 @@
 namespace mezalith {
 namespace {
 
+using detail::isFinite;
+
 constexpr double pi = std::numbers::pi;
 constexpr double fullTurn = 360;
 /// Below this, sines and degrees of a great circle are rounding.
@@ -21,8 +24,6 @@ constexpr double overPole = 1e-3;
 
 double radians(double degrees) { return degrees * (pi / 180); }
 double degrees(double radians) { return radians * (180 / pi); }
-
-bool isFinite(MzPoint p) { return std::isfinite(p.x) && std::isfinite(p.y); }
 
 struct Vector {
     double x, y, z;

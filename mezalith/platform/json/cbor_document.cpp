@@ -43,7 +43,9 @@ class Writer {
     }
 
     void write(double value) {
-        const auto single = static_cast<float>(value);
+        // The text form tells one NaN from another no more than this.
+        const auto single =
+            std::isnan(value) ? std::numeric_limits<float>::quiet_NaN() : static_cast<float>(value);
         if (std::isnan(value) || double{single} == value) {
             writeFirst(kSimple, kSingle);
             writeArgument(std::bit_cast<std::uint32_t>(single), 4);

@@ -137,6 +137,16 @@ TEST(KeyedArchiveBytes, HoldWhatTextHolds) {
     EXPECT_LT(archivedBytes(&probe).size(), archivedText(&probe).size());
 }
 
+TEST(KeyedArchiveBytes, AreTheSameForEveryNaN) {
+    const auto bytesOf = [](double number) {
+        const Probe probe([&](KeyedArchiver& coder) { coder.encodeDouble(number, "number"); });
+        return archivedBytes(&probe);
+    };
+    const auto wanted = bytesOf(std::nan(""));
+    EXPECT_EQ(bytesOf(std::bit_cast<double>(0xffff6080'00198df4U)), wanted);
+    EXPECT_EQ(bytesOf(-std::nan("7")), wanted);
+}
+
 // RFC 8949, appendix A.
 TEST(KeyedArchiveBytes, ReadNumbersOfEachForm) {
     for (const auto& [hex, wanted] : {std::pair{"00", 0.0},
