@@ -2,6 +2,7 @@
 #include <mezalith/platform/cairo/cairo_port.hpp>
 #include <mezalith/platform/cairo/canvas.hpp>
 #include <mezalith/platform/cairo/output.hpp>
+#include <mezalith/platform/cairo/png_writer.hpp>
 
 #include <algorithm>
 #include <cmath>
@@ -106,6 +107,17 @@ struct CairoPort::Impl {
         return Shadow{offset, sigma, style->color};
     }
 
+    /// What lies on an image surface.
+    detail::PixelView pixels() const {
+        cairo_surface_t* surface = canvas.surface();
+        cairo_surface_flush(surface);
+        const auto sizeOf = [](int count) { return static_cast<std::size_t>(count); };
+        return {reinterpret_cast<const std::uint32_t*>(cairo_image_surface_get_data(surface)),
+                sizeOf(cairo_image_surface_get_width(surface)),
+                sizeOf(cairo_image_surface_get_height(surface)),
+                sizeOf(cairo_image_surface_get_stride(surface)) / sizeof(std::uint32_t)};
+    }
+
     bool writePNG(Output output) const;
 };
 
@@ -185,25 +197,22 @@ std::span<const std::uint32_t> CairoPort::pixelRow(int row) const {
     if (row < 0 || row >= pixelHeight()) {
         return {};
     }
-    cairo_surface_t* surface = impl_->canvas.surface();
-    cairo_surface_flush(surface);
-    const auto stride = static_cast<std::size_t>(cairo_image_surface_get_stride(surface));
-    const unsigned char* bytes =
-        cairo_image_surface_get_data(surface) + static_cast<std::size_t>(row) * stride;
-    return {reinterpret_cast<const std::uint32_t*>(bytes), static_cast<std::size_t>(pixelWidth())};
+    return impl_->pixels().row(static_cast<std::size_t>(row));
 }
 
 bool CairoPort::Impl::writePNG(Output output) const {
     if (!hasPixels() || canvas.common()->error) {
         return false;
     }
-    const cairo_status_t status =
-        cairo_surface_write_to_png_stream(canvas.surface(), detail::writeToOutput, &output);
+    const bool isWritten = detail::writePNG(
+        pixels(), [&](std::span<const std::byte> bytes) { return output.write(bytes); });
     output.close();
     if (const auto& error = output.error()) {
         canvas.common()->report(*error);
+    } else if (!isWritten) {
+        canvas.common()->check(CAIRO_STATUS_NO_MEMORY);
     }
-    return canvas.common()->check(status);
+    return !canvas.common()->error;
 }
 
 bool CairoPort::writePNG(const Sink& sink) { return impl_->writePNG(Output(sink)); }

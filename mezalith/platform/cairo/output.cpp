@@ -57,11 +57,6 @@ bool Output::close() {
     return !error_;
 }
 
-cairo_status_t writeToOutput(void* output, const unsigned char* data, unsigned int length) {
-    const std::span bytes(reinterpret_cast<const std::byte*>(data), length);
-    return statusOf(static_cast<Output*>(output)->write(bytes));
-}
-
 bool Document::write(std::string_view text) { return output.write(std::as_bytes(std::span(text))); }
 
 void Document::finish() {

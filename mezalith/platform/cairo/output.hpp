@@ -37,9 +37,6 @@ class Output {
     void fail();
 };
 
-/// Cairo's way to write into an Output.
-cairo_status_t writeToOutput(void* output, const unsigned char* data, unsigned int length);
-
 /// Where a document goes, with what must be done to its bytes on the way.
 struct Document {
     Output output;
