@@ -48,6 +48,10 @@ void MzPointGeometry::blockDidChange() {
     aPoint_ = record<MzPoint>();
 }
 
+bool MzPointGeometry::mbrInsertsectsRect(MzRect rect) {
+    return MzIntersectsRect({*aPoint_, {0, 0}}, rect);
+}
+
 MzGeometry::Leaves MzPointGeometry::makeLeafNodes() { return {leafWithBounds({*aPoint_, {0, 0}})}; }
 
 std::shared_ptr<MzGeometry> MzPointGeometry::makeProjected(
