@@ -14,18 +14,18 @@ namespace {
 /// Degrees within which points are on the meridian, at the pole, or the same.
 constexpr double kTolerance = 1e-9;
 constexpr double kPole = 90;
+/// Maps whose coordinates were rounded to a coarse grid stray from the meridian that cut them: of
+/// the length of a side as much, and of degrees no more.
+constexpr double kStray = 1e-3;
+constexpr double kFarthestStray = 1e-4;
 
-bool isOnAntimeridian(MzPoint p) {
-    return std::abs(std::abs(std::remainder(p.x, 360)) - 180) <= kTolerance;
+double distanceToAntimeridian(MzPoint p) {
+    return std::abs(std::abs(std::remainder(p.x, 360)) - 180);
 }
 
 bool isAtPole(MzPoint p) { return std::abs(p.y) >= kPole - kTolerance; }
 
 bool isAlongPole(MzPoint p, MzPoint q) { return isAtPole(p) && isAtPole(q) && p.y * q.y > 0; }
-
-bool isAlongAntimeridian(MzPoint p, MzPoint q) {
-    return isOnAntimeridian(p) && isOnAntimeridian(q) && std::abs(p.x - q.x) <= kTolerance;
-}
 
 bool isArtificial(MzPoint p, MzPoint q) { return isAlongPole(p, q) || isAlongAntimeridian(p, q); }
 
@@ -177,6 +177,12 @@ class Joiner {
 };
 
 }  // namespace
+
+bool isAlongAntimeridian(MzPoint p, MzPoint q) {
+    const double stray = std::clamp(kStray * std::abs(p.y - q.y), kTolerance, kFarthestStray);
+    return std::abs(p.x - q.x) <= stray && distanceToAntimeridian(p) <= stray &&
+           distanceToAntimeridian(q) <= stray;
+}
 
 bool touchesAntimeridian(const GlobeRings& polygon) {
     return std::ranges::any_of(polygon, touches);

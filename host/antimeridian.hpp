@@ -28,6 +28,10 @@ struct JoinedPolygons {
 /// Rings are closed and in degrees, their points finite.
 JoinedPolygons joinedAcrossAntimeridian(const std::vector<GlobeRings>& polygons);
 
+/// Whether a side runs along the 180th meridian: to a billionth of a degree, or a thousandth of the
+/// side's length where that is less than 1e-4 degrees, as for maps with rounded coordinates.
+bool isAlongAntimeridian(MzPoint p, MzPoint q);
+
 /// Whether a polygon has sides that `joinedAcrossAntimeridian` may drop.
 bool touchesAntimeridian(const GlobeRings& polygon);
 

@@ -42,6 +42,27 @@ TEST(Antimeridian, LeavesAloneWhatDoesNotTouchIt) {
     EXPECT_FALSE(touchesAntimeridian(polygons[0]));
 }
 
+TEST(Antimeridian, IsWhereLongSidesStrayAThousandthFromIt) {
+    EXPECT_TRUE(isAlongAntimeridian({180, 1}, {180, 2}));
+    EXPECT_TRUE(isAlongAntimeridian({-180, 1}, {-180, 1}));
+    EXPECT_TRUE(isAlongAntimeridian({540, 1}, {540, 2}));
+    EXPECT_FALSE(isAlongAntimeridian({180, 1}, {-180, 2}));
+    EXPECT_FALSE(isAlongAntimeridian({179, 1}, {179, 2}));
+    EXPECT_TRUE(isAlongAntimeridian({-180, 71.1}, {-179.99995, 71.2}));
+    EXPECT_FALSE(isAlongAntimeridian({-180, 71.1}, {-179.99995, 71.14}));
+    EXPECT_FALSE(isAlongAntimeridian({-180, 71.1}, {-179.9998, 75}));
+    EXPECT_FALSE(isAlongAntimeridian({-179.99995, 5}, {-179.99995, 5.00001}));
+}
+
+TEST(Antimeridian, JoinsHalvesWhoseCoordinatesAreRounded) {
+    const JoinedPolygons globe = joinedAcrossAntimeridian(
+        {{box(175, 70, 180, 72)},
+         {{{-178, 70}, {-178, 72}, {-180, 72}, {-179.99995, 71.5}, {-180, 70}, {-178, 70}}}});
+    ASSERT_EQ(globe.joined.size(), 1u);
+    EXPECT_FALSE(hasSideAlong(globe.joined, 180));
+    EXPECT_NEAR(std::abs(doubleArea(globe.joined[0])), 2 * (2.0 * 7), 1e-3);
+}
+
 TEST(Antimeridian, JoinsTwoHalvesOfAnIsland) {
     const JoinedPolygons globe = joinedAcrossAntimeridian(
         {{box(175, -20, 180, -10)}, {box(0, 0, 1, 1)}, {box(-180, -20, -178, -10)}});

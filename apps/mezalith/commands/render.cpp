@@ -4,6 +4,7 @@
 #include "apps/mezalith/map.hpp"
 #include "apps/mezalith/picture.hpp"
 #include "apps/mezalith/progress.hpp"
+#include "host/halves.hpp"
 
 #include <memory>
 #include <optional>
@@ -23,7 +24,8 @@ struct Given {
 void drawLayers(Map& map, bool quiet) {
     Progress progress(Progress::isWanted(quiet));
     for (const host::Layer& layer : map.layers()) {
-        const auto features = map.featuresInSight(layer);
+        auto features = map.featuresInSight(layer);
+        host::joinHalves(features);
         double done = 0;
         for (const auto& feature : features) {
             map.view().draw(*feature, map.isSelected(*feature));
