@@ -43,6 +43,13 @@ GlobeCut degrees(double meridian) {
             MzProjectionRegion::band(meridian, 180 - 1e-9, -90, 90), kEverything, kTolerance};
 }
 
+/// The same, interrupted to the north of 20 degrees along a meridian.
+GlobeCut interruptedDegrees(double meridian, double gap) {
+    MzProjectionRegion region = MzProjectionRegion::band(meridian, 180 - 1e-9, -90, 90);
+    region.gaps = {{gap, 20, true}};
+    return {std::make_shared<MzPlateCarreeProjection>(), region, kEverything, kTolerance};
+}
+
 GlobeRing box(double west, double south, double east, double north) {
     return {{west, south}, {east, south}, {east, north}, {west, north}, {west, south}};
 }
@@ -238,7 +245,10 @@ TEST(GlobeCut, CoversTheSamePlaces) {
         star.push_back(star.front());
         // Half of the cuts run right through it.
         const double meridian = round % 2 == 0 ? middle.x + 180 : longitude(random);
-        const auto cut = degrees(meridian).polygons({{star}});
+        const double gap = meridian + std::remainder(middle.x - meridian, 360);
+        const bool isInterrupted = round % 4 == 1 && std::abs(gap - meridian) < 179;
+        const auto cut = (isInterrupted ? interruptedDegrees(meridian, gap) : degrees(meridian))
+                             .polygons({{star}});
         std::uniform_real_distribution<double> off{-10, 10};
         for (int i = 0; i < 40; ++i) {
             const MzPoint p{middle.x + off(random), middle.y + off(random)};
@@ -248,6 +258,27 @@ TEST(GlobeCut, CoversTheSamePlaces) {
                 << "seed " << kSeed << " round " << round << ' ' << p.x << ' ' << p.y;
         }
     }
+}
+
+TEST(GlobeCut, PartsPolygonsAtAGap) {
+    const auto polygons = interruptedDegrees(0, -40).polygons({{box(-50, 10, -30, 30)}});
+    ASSERT_EQ(polygons.size(), 1u);
+    ASSERT_EQ(polygons[0].size(), 1u);
+    EXPECT_NEAR(area(polygons[0][0]), 400, 1e-3);
+    const auto isAtTip = [](MzPoint p) { return p.y == 20 && std::abs(p.x + 40) < 1e-4; };
+    EXPECT_GE(std::ranges::count_if(polygons[0][0], isAtTip), 2);
+    const auto apart = interruptedDegrees(0, -40).polygons({{box(-50, 40, -30, 60)}});
+    ASSERT_EQ(apart.size(), 1u);
+    ASSERT_EQ(apart[0].size(), 2u);
+    for (const GlobeRing& ring : apart[0]) EXPECT_NEAR(area(ring), 200, 1e-3);
+}
+
+TEST(GlobeCut, PartsALineAtAGap) {
+    const auto pieces = interruptedDegrees(0, -40).line(Points{{-50, 40}, {-30, 40}});
+    ASSERT_EQ(pieces.size(), 2u);
+    EXPECT_LT(pieces[0].back().x, -40);
+    EXPECT_GT(pieces[1].front().x, -40);
+    EXPECT_EQ(interruptedDegrees(0, -40).line(Points{{-50, 10}, {-30, 10}}).size(), 1u);
 }
 
 TEST(GlobeCut, FollowsAZoneBeyondTheAntimeridian) {

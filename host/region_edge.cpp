@@ -4,7 +4,9 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <limits>
 #include <numbers>
+#include <ranges>
 #include <utility>
 
 namespace mezalith::host {
@@ -27,6 +29,9 @@ constexpr double kMostLooks = 100'000;
 /// Degrees within which two points are the same, and from which on one is at a pole.
 constexpr double kSame = 1e-6;
 constexpr double kAtPole = 90 - 1e-9;
+
+/// Degrees from the meridian of a gap to its two sides, which are not to be taken for one place.
+constexpr double kGapSide = 2 * kSame;
 
 /// Where a segment meets a side of a band.
 struct Crossing {
@@ -64,6 +69,7 @@ RegionEdge::RegionEdge(const MzProjectionRegion& region)
       east_(region.centre.x + region.reach),
       south_(std::max(region.south, -kPole + 1e-9)),
       north_(std::min(region.north, kPole - 1e-9)),
+      gaps_(region.gaps),
       centre_(region.centre),
       middle_(direction(region.centre)),
       toEast_{-std::sin(region.centre.x * kRadians), std::cos(region.centre.x * kRadians), 0},
@@ -72,12 +78,44 @@ RegionEdge::RegionEdge(const MzProjectionRegion& region)
     toNorth_ = {middle_.y * toEast_.z - middle_.z * toEast_.y,
                 middle_.z * toEast_.x - middle_.x * toEast_.z,
                 middle_.x * toEast_.y - middle_.y * toEast_.x};
-    const double width = east_ - west_, height = north_ - south_;
-    length_ = isCap_ ? kTurn : 2 * (width + height);
+    length_ = kTurn;
+    if (!isCap_) addCorners();
     const int marks = static_cast<int>(std::ceil(length_ / kMark));
     for (int i = 0; i < marks; ++i) marks_.push_back(i * kMark);
-    if (!isCap_) marks_.insert(marks_.end(), {width, width + height, 2 * width + height});
+    if (!isCap_)
+        marks_.insert(marks_.end(), cornerPositions_.begin() + 1, cornerPositions_.end() - 1);
     std::ranges::sort(marks_);
+}
+
+/// Counter-clockwise: the south side eastwards, the north side westwards.
+void RegionEdge::addCorners() {
+    std::ranges::sort(gaps_, {}, &MzProjectionRegion::Gap::meridian);
+    corners_.push_back({west_, south_});
+    const auto addGap = [this](const MzProjectionRegion::Gap& gap, double edge, double side) {
+        for (const double sign : {-1.0, 1.0}) {
+            const double x = gap.meridian + sign * side;
+            const MzPoint atEdge{x, edge}, atTip{x, gap.tip};
+            corners_.push_back(sign < 0 ? atEdge : atTip);
+            corners_.push_back(sign < 0 ? atTip : atEdge);
+        }
+    };
+    for (const auto& gap : gaps_) {
+        if (!gap.isNorth) addGap(gap, south_, kGapSide);
+    }
+    corners_.push_back({east_, south_});
+    corners_.push_back({east_, north_});
+    for (const auto& gap : gaps_ | std::views::reverse) {
+        if (gap.isNorth) addGap(gap, north_, -kGapSide);
+    }
+    corners_.push_back({west_, north_});
+    corners_.push_back(corners_.front());
+    cornerPositions_.push_back(0);
+    for (std::size_t i = 1; i < corners_.size(); ++i) {
+        const MzPoint p = corners_[i - 1], q = corners_[i];
+        cornerPositions_.push_back(cornerPositions_.back() + std::abs(q.x - p.x) +
+                                   std::abs(q.y - p.y));
+    }
+    length_ = cornerPositions_.back();
 }
 
 RegionEdge::Vector RegionEdge::direction(MzPoint p) {
@@ -90,6 +128,14 @@ bool RegionEdge::capHolds(MzPoint p) const {
         return std::sin(std::copysign(p.y, p.y * centre_.y) * kRadians) >= cosine_;
     }
     return dot(direction(p), middle_) >= cosine_;
+}
+
+/// Of the band's own turn.
+bool RegionEdge::bandHolds(MzPoint p) const {
+    if (p.x < west_ || p.x > east_ || p.y < south_ || p.y > north_) return false;
+    return std::ranges::none_of(gaps_, [p](const MzProjectionRegion::Gap& gap) {
+        return std::abs(p.x - gap.meridian) < kGapSide && (p.y > gap.tip) == gap.isNorth;
+    });
 }
 
 void RegionEdge::addSteps(MzPoint p, MzPoint q, std::vector<Step>& steps) const {
@@ -105,10 +151,15 @@ void RegionEdge::addBandSteps(MzPoint p, MzPoint q, std::vector<Step>& steps) co
     if (p.x != q.x) {
         addMeridianCrossings(p, q, west_, crossings);
         addMeridianCrossings(p, q, east_, crossings);
+        for (const auto& gap : gaps_) {
+            addMeridianCrossings(p, q, gap.meridian - kGapSide, crossings);
+            addMeridianCrossings(p, q, gap.meridian + kGapSide, crossings);
+        }
     }
     if (p.y != q.y) {
         addParallelCrossing(p, q, south_, crossings);
         addParallelCrossing(p, q, north_, crossings);
+        for (const auto& gap : gaps_) addParallelCrossing(p, q, gap.tip, crossings);
     }
     std::ranges::sort(crossings, {}, &Crossing::t);
     crossings.push_back({1, q});
@@ -116,8 +167,7 @@ void RegionEdge::addBandSteps(MzPoint p, MzPoint q, std::vector<Step>& steps) co
     for (const Crossing& crossing : crossings) {
         const MzPoint middle = between(from, crossing.at, 0.5);
         const double turn = std::round((middle.x - centre_.x) / kTurn) * kTurn;
-        const double x = middle.x - turn;
-        const bool isInside = x >= west_ && x <= east_ && middle.y >= south_ && middle.y <= north_;
+        const bool isInside = bandHolds({middle.x - turn, middle.y});
         const auto local = [&](MzPoint point) {
             return MzPoint{std::clamp(point.x - turn, west_, east_), point.y};
         };
@@ -167,14 +217,19 @@ double RegionEdge::positionOf(MzPoint point) const {
         const double azimuth = std::atan2(dot(d, toEast_), dot(d, toNorth_)) / kRadians;
         return azimuth < 0 ? azimuth + kTurn : azimuth;
     }
-    const double width = east_ - west_, height = north_ - south_;
-    const double x = std::clamp(point.x, west_, east_) - west_;
-    const double y = std::clamp(point.y, south_, north_) - south_;
-    const double nearest = std::min({x, width - x, y, height - y});
-    if (nearest == y) return x;
-    if (nearest == width - x) return width + y;
-    if (nearest == height - y) return width + height + (width - x);
-    return 2 * width + height + (height - y);
+    double position = 0;
+    double least = std::numeric_limits<double>::infinity();
+    for (std::size_t i = 1; i < corners_.size(); ++i) {
+        // Sides run along meridians and parallels.
+        const MzPoint p = corners_[i - 1], q = corners_[i];
+        const double x = std::clamp(point.x, std::min(p.x, q.x), std::max(p.x, q.x));
+        const double y = std::clamp(point.y, std::min(p.y, q.y), std::max(p.y, q.y));
+        const double distance = std::abs(point.x - x) + std::abs(point.y - y);
+        if (distance >= least) continue;
+        least = distance;
+        position = cornerPositions_[i - 1] + std::abs(x - p.x) + std::abs(y - p.y);
+    }
+    return position;
 }
 
 MzPoint RegionEdge::pointAt(double position) const {
@@ -186,11 +241,13 @@ MzPoint RegionEdge::pointAt(double position) const {
         const double z = cosine_ * middle_.z + east * toEast_.z + north * toNorth_.z;
         return {std::atan2(y, x) / kRadians, std::atan2(z, std::hypot(x, y)) / kRadians};
     }
-    const double width = east_ - west_, height = north_ - south_;
-    if (position <= width) return {west_ + position, south_};
-    if (position <= width + height) return {east_, south_ + (position - width)};
-    if (position <= 2 * width + height) return {east_ - (position - width - height), north_};
-    return {west_, north_ - (position - 2 * width - height)};
+    const auto next = std::ranges::upper_bound(cornerPositions_, position);
+    const auto i = static_cast<std::size_t>(std::clamp<std::ptrdiff_t>(
+        next - cornerPositions_.begin(), 1, static_cast<std::ptrdiff_t>(corners_.size()) - 1));
+    const MzPoint p = corners_[i - 1], q = corners_[i];
+    const double along = position - cornerPositions_[i - 1];
+    return {p.x + std::copysign(q.x != p.x ? along : 0, q.x - p.x),
+            p.y + std::copysign(q.y != p.y ? along : 0, q.y - p.y)};
 }
 
 void RegionEdge::addPointsBetween(double from, double to, std::vector<MzPoint>& points) const {

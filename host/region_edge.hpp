@@ -9,7 +9,7 @@
 namespace mezalith::host {
 
 /// The edge of a band or cap as a closed line around it, along which positions are counted, and
-/// what of other lines lies within. Degrees.
+/// what of other lines lies within. It leads into a band's gaps and out again. Degrees.
 class RegionEdge {
   public:
     /// `region` is not endless.
@@ -42,6 +42,8 @@ class RegionEdge {
         double x, y, z;
     };
 
+    void addCorners();
+    bool bandHolds(MzPoint p) const;
     void addBandSteps(MzPoint p, MzPoint q, std::vector<Step>& steps) const;
     void addCapSteps(MzPoint p, MzPoint q, std::vector<Step>& steps) const;
     bool capHolds(MzPoint p) const;
@@ -50,7 +52,10 @@ class RegionEdge {
     static double dot(Vector a, Vector b) { return a.x * b.x + a.y * b.y + a.z * b.z; }
 
     bool isCap_;
-    double west_, east_, south_, north_;  ///< of a band
+    double west_, east_, south_, north_;         ///< of a band
+    std::vector<MzProjectionRegion::Gap> gaps_;  ///< of a band, from west to east
+    std::vector<MzPoint> corners_;  ///< of a band, once around from its south-west, which ends it
+    std::vector<double> cornerPositions_;
     MzPoint centre_;
     Vector middle_, toEast_, toNorth_;  ///< of a cap: its centre and the directions there
     double cosine_, sine_;              ///< of its angle

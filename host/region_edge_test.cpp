@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/region_edge.hpp"
 
+#include <algorithm>
 #include <cmath>
 #include <random>
 #include <vector>
@@ -67,12 +68,52 @@ TEST(RegionEdge, PartsASegmentAtACap) {
     EXPECT_EQ(stepsOf(small, {-50, 0}, {70, 1}).size(), 3u);
 }
 
+/// A world with a gap in the north at 40 west and one in the south at 100 east.
+MzProjectionRegion interrupted() {
+    MzProjectionRegion region = MzProjectionRegion::band(0, 180 - 1e-9, -90, 90);
+    region.gaps = {{100, -10, false}, {-40, 0, true}};
+    return region;
+}
+
+TEST(RegionEdge, PartsASegmentAtAGap) {
+    const RegionEdge edge(interrupted());
+    const Steps across = stepsOf(edge, {-50, 30}, {-30, 50});
+    ASSERT_EQ(across.size(), 3u);
+    EXPECT_TRUE(across[0].isInside);
+    EXPECT_LT(across[0].to.x, -40);
+    EXPECT_NEAR(across[0].to.x, -40, 1e-5);
+    EXPECT_NEAR(across[0].to.y, 40, 1e-5);
+    EXPECT_FALSE(across[1].isInside);
+    EXPECT_GT(across[2].from.x, -40);
+    EXPECT_FALSE(edge.goesOn(across[0].to, across[2].from));
+    // A turn further on the globe, and before the gap begins.
+    EXPECT_EQ(stepsOf(edge, {310, 30}, {330, 30}).size(), 3u);
+    for (const auto& step : stepsOf(edge, {-50, -30}, {-30, -30})) EXPECT_TRUE(step.isInside);
+    for (const auto& step : stepsOf(edge, {90, -5}, {110, -5})) EXPECT_TRUE(step.isInside);
+    EXPECT_EQ(stepsOf(edge, {90, -15}, {110, -15}).size(), 3u);
+    for (const auto& step : stepsOf(edge, {-40, 5}, {-40, 60})) EXPECT_FALSE(step.isInside);
+}
+
+TEST(RegionEdge, LeadsIntoGapsAndOut) {
+    const RegionEdge edge(interrupted());
+    EXPECT_NEAR(edge.length(), 2 * (360 + 180) + 2 * 80 + 2 * 90, 1e-4);
+    const double south = edge.positionOf({100 - 3e-6, -50}),
+                 north = edge.positionOf({100 + 3e-6, -50});
+    EXPECT_NEAR(south, 280 + 40, 1e-4);
+    EXPECT_NEAR(north, 280 + 80 + 40, 1e-4);
+    std::vector<MzPoint> points;
+    edge.addPointsBetween(south, north, points);
+    EXPECT_TRUE(std::ranges::any_of(points, [](MzPoint p) { return p.y == -10; }));
+    for (const MzPoint p : points) EXPECT_NEAR(p.x, 100, 1e-5);
+}
+
 /// Positions lead to points, and back.
 TEST(RegionEdge, CountsPositionsAllAround) {
     for (const auto& region :
          {MzProjectionRegion::band(150, 180 - 1e-9, -90, 90),
-          MzProjectionRegion::band(15, 70, -80, 84), MzProjectionRegion::cap({0, 90}, 60),
-          MzProjectionRegion::cap({-100, 40}, 89.9), MzProjectionRegion::cap({10, -52}, 179)}) {
+          MzProjectionRegion::band(15, 70, -80, 84), interrupted(),
+          MzProjectionRegion::cap({0, 90}, 60), MzProjectionRegion::cap({-100, 40}, 89.9),
+          MzProjectionRegion::cap({10, -52}, 179)}) {
         const RegionEdge edge(region);
         std::mt19937_64 random{kSeed};
         std::uniform_real_distribution<double> position{0, edge.length()};

@@ -120,6 +120,14 @@ BoundingBox boxOf(const MzProjectionRegion& region) {
     return {region.centre.x - reach, south, region.centre.x + reach, north};
 }
 
+/// Whether the box, which the band holds, lies on both sides of one of its gaps.
+bool meetsGap(const MzProjectionRegion& band, const BoundingBox& box) {
+    return std::ranges::any_of(band.gaps, [&box](const MzProjectionRegion::Gap& gap) {
+        return box.minX <= gap.meridian && gap.meridian <= box.maxX &&
+               (gap.isNorth ? box.maxY >= gap.tip : box.minY <= gap.tip);
+    });
+}
+
 /// What of an endless region surrounds the meridian, once around the globe.
 MzProjectionRegion onceAround(MzProjectionRegion region, double meridian) {
     if (region.shape != MzProjectionRegion::Shape::Endless) return region;
@@ -247,7 +255,7 @@ bool ViewCutter::fits(const BoundingBox& box, bool isArea) const {
             return region_.south <= box.minY && box.maxY <= region_.north &&
                    !(isArea && isCut && hasOwnCut());
         case MzProjectionRegion::Shape::Band:
-            return shown.holds(box) && !(isArea && isCut);
+            return shown.holds(box) && !(isArea && isCut) && !meetsGap(region_, box);
         case MzProjectionRegion::Shape::Cap:
             return std::abs(shown_.centre.y) == kPole && shown.minY <= box.minY &&
                    box.maxY <= shown.maxY && !(isArea && isCut);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "mezalith/projection/proj/proj_handles.hpp"
 #include "mezalith/projection/proj/proj_method.hpp"
+#include "mezalith/projection/proj/projection_gaps.hpp"
 #include <mezalith/projection/proj/proj_projection.hpp>
 
 #include <algorithm>
@@ -118,8 +119,13 @@ class MzProjProjection::Library {
         }
         if (raw == nullptr) return false;
         operation_.reset(proj_normalize_for_visualization(context_.get(), raw.get()));
+        if (operation_ == nullptr) return false;
         region_ = detail::regionOf(detail::methodOf(context_.get(), system_.get()), area_);
-        return operation_ != nullptr;
+        if (region_.shape == MzProjectionRegion::Shape::Band && region_.reach > 90) {
+            region_.gaps = detail::gapsOf(
+                [this](std::span<MzPoint> points) { transform(PJ_FWD, points); }, region_);
+        }
+        return true;
     }
 
     std::string message() const {
