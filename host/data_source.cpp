@@ -169,6 +169,7 @@ class LibraryBackend final : public DataSource::Backend {
         layer.ResetReading();
         while (const OGRFeatureUniquePtr feature{layer.GetNextFeature()}) {
             sink(recordOf(*feature, columns, transformation.get(), errors));
+            if (errors.hasError()) break;
         }
         if (errors.hasError()) throw Failure(layer.GetName(), errors.takeError(""));
     }
@@ -193,7 +194,10 @@ class LibraryBackend final : public DataSource::Backend {
     static SourceRecord recordOf(OGRFeature& feature, const Columns& columns,
                                  OGRCoordinateTransformation* transformation, ErrorScope& errors) {
         SourceRecord record{feature.GetFID(), columns.attributesOf(feature), {}, {}};
-        if (feature.GetGeometryRef() == nullptr) return record;
+        if (feature.GetGeometryRef() == nullptr) {
+            record.problem = errors.takeError("");
+            return record;
+        }
         const OGRGeometryUniquePtr geometry =
             simplified(OGRGeometryUniquePtr(feature.StealGeometry()));
         const bool usable =
@@ -236,6 +240,7 @@ void forEachRecord(DataSource::Backend& backend, std::size_t index,
 
 void addToDescription(LayerDescription& description, const SourceRecord& record) {
     ++description.features;
+    if (!record.problem.empty()) description.unusable.add(record.id, record.problem);
     if (record.geometry.record() == nullptr) {
         ++description.types["None"];
         return;
@@ -247,8 +252,7 @@ void addToDescription(LayerDescription& description, const SourceRecord& record)
 }
 
 void addToLayer(Layer& layer, SourceRecord&& source) {
-    if (!source.problem.empty())
-        throw Failure("feature " + std::to_string(source.id), source.problem);
+    if (!source.problem.empty()) layer.unusable.add(source.id, source.problem);
     if (source.geometry.record() == nullptr) return;
     const auto record = std::make_shared<const FeatureRecord>(
         FeatureRecord{source.id, layer.name, std::move(source.attributes)});
@@ -267,7 +271,8 @@ DataSource::~DataSource() = default;
 std::vector<std::string> DataSource::layerNames() const { return backend_->layerNames(); }
 
 LayerDescription DataSource::describe(std::size_t index, const Progress& progress) {
-    LayerDescription description{.name = layerNames()[index], .types = {}, .bounds = {}};
+    LayerDescription description{
+        .name = layerNames()[index], .types = {}, .bounds = {}, .unusable = {}};
     try {
         backend_->lookOnlyAt(index, {});
         forEachRecord(*backend_, index, progress,
@@ -280,16 +285,11 @@ LayerDescription DataSource::describe(std::size_t index, const Progress& progres
 
 Layer DataSource::read(std::size_t index, const Progress& progress,
                        const std::optional<BoundingBox>& area) {
-    Layer layer{.name = layerNames()[index], .features = {}, .firstReason = {}};
+    Layer layer{.name = layerNames()[index], .features = {}, .unusable = {}};
     try {
         backend_->lookOnlyAt(index, area);
-        forEachRecord(*backend_, index, progress, [&](SourceRecord&& record) {
-            try {
-                addToLayer(layer, std::move(record));
-            } catch (const Failure& failure) {
-                if (layer.unusable++ == 0) layer.firstReason = failure.what();
-            }
-        });
+        forEachRecord(*backend_, index, progress,
+                      [&](SourceRecord&& record) { addToLayer(layer, std::move(record)); });
     } catch (const Failure& failure) {
         throw failure.within(source_);
     }

@@ -5,6 +5,7 @@
 #include "host/feature.hpp"
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
@@ -13,6 +14,16 @@
 #include <vector>
 
 namespace mezalith::host {
+
+/// Records whose geometry cannot be used.
+struct Unusable {
+    std::size_t count = 0;
+    std::string firstReason;  ///< with the first one's number
+
+    void add(std::int64_t id, const std::string& problem) {
+        if (count++ == 0) firstReason = "feature " + std::to_string(id) + ": " + problem;
+    }
+};
 
 /// What a layer holds, counted. Vertices include the closing points of rings; the bounds are
 /// longitudes and latitudes.
@@ -23,14 +34,14 @@ struct LayerDescription {
     std::map<std::string, std::size_t>
         types;  ///< records by WKB type name; "None" without geometry
     BoundingBox bounds;
+    Unusable unusable;  ///< among those without a geometry
 };
 
 /// A layer's features, ready to be styled and drawn.
 struct Layer {
     std::string name;
     std::vector<std::shared_ptr<Feature>> features;  ///< in the order of the source
-    std::size_t unusable = 0;                        ///< records left out, and why the first was
-    std::string firstReason;
+    Unusable unusable;                               ///< left out
 };
 
 /// A file of map data, opened for reading: whatever the data library has a vector driver for among

@@ -160,7 +160,7 @@ TEST_F(DataSourceTest, FlattensCollectionsAndHeights) {
         layerOfTexts({"GEOMETRYCOLLECTION Z (POINT Z (1 2 3),LINESTRING Z (0 0 1,1 1 2),"
                       "MULTILINESTRING Z ((0 0 1,1 1 2),(2 2 1,3 3 2)))"});
     ASSERT_EQ(layer.features.size(), 4u);
-    EXPECT_EQ(layer.unusable, 0u);
+    EXPECT_EQ(layer.unusable.count, 0u);
     EXPECT_EQ(layer.features[0]->form(), Form::Points);
     EXPECT_EQ(layer.features[3]->form(), Form::Line);
     EXPECT_EQ(layer.features[0]->record(), layer.features[3]->record());
@@ -181,7 +181,7 @@ TEST_F(DataSourceTest, MakesPolylinesOfCurves) {
 
 TEST_F(DataSourceTest, MakesNoFeatureWithoutAGeometry) {
     const Layer layer = layerOfTexts({"", "POINT EMPTY", "LINESTRING EMPTY", "POINT (1 2)"});
-    EXPECT_EQ(layer.unusable, 0u);
+    EXPECT_EQ(layer.unusable.count, 0u);
     EXPECT_EQ(layer.features.back()->featureDescription(), "table 4");
 }
 

@@ -19,7 +19,7 @@ constexpr double kMost = 50'000;
 Layer geodesicLayer(std::span<const Ends> lines, const MapView& view) {
     const double metres = view.scaleDenominator() * MapView::kPixelSize * kPixels;
     const double resolution = std::clamp(metres, kLeast, kMost);
-    Layer layer{.name = kGeodesicLayer, .features = {}, .firstReason = {}};
+    Layer layer{.name = kGeodesicLayer, .features = {}, .unusable = {}};
     for (const auto& [start, end] : lines) {
         const auto id = static_cast<std::int64_t>(layer.features.size()) + 1;
         const auto record =

@@ -18,17 +18,43 @@ namespace {
 
 /// A geometry looked at: what is wrong with it, and what a repair makes of it.
 struct Finding {
-    std::optional<MzDefect> defect;
-    MzGeometryBlock repaired;
+    std::optional<MzDefect> defect{};
+    MzGeometryBlock repaired{};
+    bool isMissing = false;
+    std::string dropped{};  ///< what a repair drops
 };
 
+/// A defect of the whole, which is nowhere.
+MzDefect unreadable(std::string why) {
+    constexpr double kNowhere = std::numeric_limits<double>::quiet_NaN();
+    return {std::move(why), {kNowhere, kNowhere}};
+}
+
+std::string furtherDimensions(bool hasZ, bool hasM) {
+    return std::string(hasZ ? "Z" : "") + (hasM ? "M" : "");
+}
+
 Finding findingOf(const MzWKBReading& geometry) {
-    if (!geometry) {
-        const double nowhere = std::numeric_limits<double>::quiet_NaN();
-        return {MzDefect{geometry.error.text(), {nowhere, nowhere}}, {}};
+    if (!geometry) return {.defect = unreadable(geometry.error.text())};
+    Finding finding{.defect = MzDefectOf(*geometry.geometry.record())};
+    if (!finding.defect) return finding;
+    finding.repaired = MzRepaired(*geometry.geometry.record());
+    finding.dropped = furtherDimensions(geometry.hasZ, geometry.hasM);
+    return finding;
+}
+
+/// `errors` has what the reading of the record came upon.
+Finding findingOf(const OGRFeature& record, ErrorScope& errors) {
+    Finding finding;
+    if (const OGRGeometry* geometry = record.GetGeometryRef()) {
+        finding = findingOf(readingOf(*simplified(OGRGeometryUniquePtr(geometry->clone()))));
+        finding.dropped =
+            furtherDimensions(geometry->Is3D() != FALSE, geometry->IsMeasured() != FALSE);
     }
-    Finding finding{MzDefectOf(*geometry.geometry.record()), {}};
-    if (finding.defect) finding.repaired = MzRepaired(*geometry.geometry.record());
+    if (errors.hasError() && !finding.defect) {
+        finding.defect = unreadable(errors.takeError(""));
+        finding.isMissing = record.GetGeometryRef() == nullptr;
+    }
     return finding;
 }
 
@@ -39,13 +65,25 @@ void count(LayerValidity& layer, std::int64_t id, const Finding& finding,
     const bool isRepairable = finding.repaired.record() != nullptr;
     ++layer.invalid;
     if (!isRepairable) ++layer.lost;
-    if (check.found) check.found({layer.layer, id, *finding.defect, isRepairable});
+    if (finding.isMissing) ++layer.missing;
+    if (!check.found) return;
+    check.found({layer.layer, id, *finding.defect, isRepairable, finding.isMissing,
+                 isRepairable ? finding.dropped : ""});
 }
 
-Finding findingOf(const OGRFeature& record) {
-    const OGRGeometry* geometry = record.GetGeometryRef();
-    if (geometry == nullptr) return {};
-    return findingOf(readingOf(*simplified(OGRGeometryUniquePtr(geometry->clone()))));
+/// Whether there was another record.
+bool checkNext(OGRLayer& layer, LayerValidity& validity, const ValidityCheck& check,
+               RepairedCopy* copy) {
+    ErrorScope errors;
+    const OGRFeatureUniquePtr record{layer.GetNextFeature()};
+    if (record == nullptr) {
+        if (errors.hasError()) throw Failure(layer.GetName(), errors.takeError(""));
+        return false;
+    }
+    const Finding finding = findingOf(*record, errors);
+    count(validity, record->GetFID(), finding, check);
+    if (copy != nullptr) copy->add(*record, finding.repaired);
+    return true;
 }
 
 void checkLayer(OGRLayer& layer, const ValidityCheck& check, RepairedCopy* copy) {
@@ -54,10 +92,7 @@ void checkLayer(OGRLayer& layer, const ValidityCheck& check, RepairedCopy* copy)
     const auto expected = static_cast<double>(layer.GetFeatureCount(FALSE));
     if (copy != nullptr) copy->beginLayer(layer);
     layer.ResetReading();
-    while (const OGRFeatureUniquePtr record{layer.GetNextFeature()}) {
-        const Finding finding = findingOf(*record);
-        count(validity, record->GetFID(), finding, check);
-        if (copy != nullptr) copy->add(*record, finding.repaired);
+    while (checkNext(layer, validity, check, copy)) {
         if (check.progress && expected > 0) {
             check.progress(std::min(1.0, static_cast<double>(validity.records) / expected));
         }
@@ -71,12 +106,14 @@ std::vector<std::byte> checkWKBFile(const SourceAddress& address, const Validity
         throw Failure(*check.copy, "a copy of a .wkb file ends in .wkb");
     }
     std::vector<std::byte> bytes = readFile(address.name);
-    const Finding finding = findingOf(readWKB(bytes));
+    const MzWKBReading geometry = readWKB(bytes);
+    const Finding finding = findingOf(geometry);
     LayerValidity validity{.layer = layerNameOfFile(address.name)};
     count(validity, 1, finding, check);
     if (check.done) check.done(validity);
     const MzGeometryRecord* repaired = finding.repaired.record();
-    return repaired != nullptr ? MzWKBOfGeometry(*repaired) : bytes;
+    if (repaired == nullptr) return bytes;
+    return MzWKBOfGeometry(*repaired, {geometry.form, geometry.isLittleEndian, geometry.srid});
 }
 
 std::vector<std::byte> checkDataset(const SourceAddress& address, const ValidityCheck& check) {

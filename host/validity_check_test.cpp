@@ -5,8 +5,11 @@
 #include "host/failure_of.hpp"
 #include "host/wkb_file.hpp"
 #include "tests/support/temporary_folder.hpp"
+#include <mezalith/geometry/wkb_writer.hpp>
+#include <mezalith/geometry/wkt_reader.hpp>
 #include <mezalith/geometry/wkt_writer.hpp>
 
+#include <cmath>
 #include <string_view>
 
 #include <gtest/gtest.h>
@@ -43,6 +46,25 @@ std::string textOf(const std::vector<std::byte>& bytes) {
     return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
+/// A GeoPackage with three lines, the number of points in the second of which is wrong.
+std::string damagedPackage(const TemporaryFolder& folder) {
+    const std::string lines = folder.put("lines.geojson", R"({"type": "FeatureCollection",
+        "features": [
+        {"type": "Feature", "id": 7, "properties": {"name": "a"},
+            "geometry": {"type": "LineString", "coordinates": [[0, 0], [1, 1]]}},
+        {"type": "Feature", "id": 8, "properties": {"name": "b"},
+            "geometry": {"type": "LineString", "coordinates": [[2, 0], [1, 1]]}},
+        {"type": "Feature", "id": 9, "properties": {"name": "c"},
+            "geometry": {"type": "LineString", "coordinates": [[3, 0], [3, 0]]}}]})");
+    Told told;
+    std::string package = textOf(check(lines, told, "lines.gpkg"));
+    constexpr std::string_view kHead("\1\2\0\0\0\2\0\0\0\0\0\0\0\0\0\0\x40", 17);
+    const std::size_t head = package.find(kHead);
+    EXPECT_NE(head, std::string::npos);
+    package.replace(head + 7, 1, "\1");
+    return folder.put("lines.gpkg", package);
+}
+
 TEST(ValidityCheck, TellsWhatIsWrongAndWhere) {
     const TemporaryFolder folder;
     Told told;
@@ -60,6 +82,46 @@ TEST(ValidityCheck, TellsWhatIsWrongAndWhere) {
     EXPECT_EQ(told.layers[0].records, 4u);
     EXPECT_EQ(told.layers[0].invalid, 2u);
     EXPECT_EQ(told.layers[0].lost, 1u);
+}
+
+TEST(ValidityCheck, GoesOnAfterAGeometryThatCannotBeRead) {
+    const TemporaryFolder folder;
+    const std::string source = damagedPackage(folder);
+    for (const std::string name : {"copy.gpkg", "copy.geojson"}) {
+        SCOPED_TRACE(name);
+        Told told;
+        const std::string copy = folder.put(name, textOf(check(source, told, name)));
+        ASSERT_EQ(told.found.size(), 2u);
+        EXPECT_EQ(told.found[0].id, 8);
+        EXPECT_NE(told.found[0].defect.reason, "");
+        EXPECT_TRUE(std::isnan(told.found[0].defect.place.x));
+        EXPECT_FALSE(told.found[0].isRepairable);
+        EXPECT_TRUE(told.found[0].isMissing);
+        EXPECT_EQ(told.found[1].id, 9);
+        EXPECT_FALSE(told.found[1].isMissing);
+        ASSERT_EQ(told.layers.size(), 1u);
+        EXPECT_EQ(told.layers[0].records, 3u);
+        EXPECT_EQ(told.layers[0].lost, 2u);
+        EXPECT_EQ(told.layers[0].missing, 1u);
+        const LayerDescription layer = DataSource(copy).describe(0);
+        EXPECT_EQ(layer.types,
+                  (std::map<std::string, std::size_t>{{"LineString", 2}, {"None", 1}}));
+    }
+}
+
+TEST(ValidityCheck, SaysWhichCoordinatesARepairDrops) {
+    const TemporaryFolder folder;
+    const std::string source = folder.put("bows.csv",
+                                          "name,WKT\n"
+                                          "a,\"POLYGON ((0 0,4 4,4 0,0 4,0 0))\"\n"
+                                          "b,\"POLYGON Z ((0 0 1,4 4 1,4 0 1,0 4 1,0 0 1))\"\n"
+                                          "c,\"POLYGON M ((0 0 1,4 4 1,4 0 1,0 4 1,0 0 1))\"\n"
+                                          "d,\"POLYGON Z ((0 0 1,4 4 1,0 0 1,0 0 1))\"\n");
+    Told told;
+    check(source, told);
+    std::vector<std::string> dropped;
+    for (const InvalidRecord& record : told.found) dropped.push_back(record.dropped);
+    EXPECT_EQ(dropped, (std::vector<std::string>{"", "Z", "M", ""}));
 }
 
 TEST(ValidityCheck, CopiesEverythingAndRepairsWhatCanBe) {
@@ -106,6 +168,25 @@ TEST(ValidityCheck, RepairsWellKnownBinary) {
     EXPECT_EQ(MzWKTOfGeometry(*readWKB(copy).geometry.record()), "POLYGON ((0 0, 4 4, 4 0, 0 0))");
     EXPECT_EQ(failureOf([&] { check(source, told, "closed.gpkg"); }),
               "closed.gpkg: a copy of a .wkb file ends in .wkb");
+}
+
+TEST(ValidityCheck, KeepsTheFormOfWellKnownBinary) {
+    const TemporaryFolder folder;
+    const MzWKTReading bowTie = MzReadWKT("POLYGON ((0 0, 4 4, 4 0, 0 4, 0 0))");
+    for (const MzWKBOptions& options : {MzWKBOptions{MzWKBForm::EWKB, false, 25833},
+                                        MzWKBOptions{MzWKBForm::GeoPackage, true, 4326},
+                                        MzWKBOptions{MzWKBForm::WKB, false, {}}}) {
+        const std::string source =
+            folder.put("bow.wkb", textOf(MzWKBOfGeometry(*bowTie.geometry.record(), options)));
+        Told told;
+        const MzWKBReading copy = readWKB(check(source, told, "copy.wkb"));
+        ASSERT_TRUE(copy);
+        EXPECT_EQ(told.found.size(), 1u);
+        EXPECT_EQ(copy.geometry.record()->type, MzGeometryTypeMultiPolygon);
+        EXPECT_EQ(copy.form, options.form);
+        EXPECT_EQ(copy.isLittleEndian, options.isLittleEndian);
+        EXPECT_EQ(copy.srid, options.srid);
+    }
 }
 
 TEST(ValidityCheck, SaysWhichFormsThereAre) {

@@ -5,11 +5,11 @@
 #include "apps/mezalith/command_table.hpp"
 #include "apps/mezalith/number_query.hpp"
 #include "apps/mezalith/progress.hpp"
+#include "apps/mezalith/text_output.hpp"
 #include "host/failure.hpp"
 #include "host/feature_index.hpp"
 
 #include <cstdint>
-#include <cstdio>
 
 namespace mezalith::app {
 namespace {
@@ -33,14 +33,6 @@ std::vector<host::Ends> geodesicsOf(const std::vector<std::string>& texts) {
         lines.push_back({{n[0], n[1]}, {n[2], n[3]}});
     }
     return lines;
-}
-
-void tellWhatIsLeftOut(const std::string& source, const host::Layer& layer) {
-    if (layer.unusable == 0) return;
-    const std::string line = "mezalith: " + source + ": " + layer.name + ": " +
-                             std::to_string(layer.unusable) + " left out, the first being " +
-                             layer.firstReason;
-    std::fprintf(stderr, "%s\n", host::inOneLine(line).c_str());
 }
 
 /// What a view of `area` can show; everything for the view of everything.
@@ -152,7 +144,7 @@ void Map::readLayer(std::size_t source, host::DataSource& data, std::size_t inde
             index, [&](double share) { progress.show(task, share); }, area));
     }
     host::Layer& layer = layers_.back();
-    tellWhatIsLeftOut(sources_[source], layer);
+    tellUnusable(sources_[source], layer.name, layer.unusable);
     styleLayer(layer);
     if (where_ == nullptr) return;
     std::erase_if(layer.features, [this](const auto& feature) {

@@ -58,6 +58,15 @@ JsonObject& JsonObject::addJson(std::string_view key, std::string_view json) {
     return *this;
 }
 
+void tellUnusable(const std::string& source, const std::string& layer,
+                  const host::Unusable& unusable) {
+    if (unusable.count == 0) return;
+    const std::string line = "mezalith: " + source + ": " + layer + ": " +
+                             std::to_string(unusable.count) + " left out, the first being " +
+                             unusable.firstReason;
+    std::fprintf(stderr, "%s\n", host::inOneLine(line).c_str());
+}
+
 std::string jsonNumber(double value) {
     return std::isfinite(value) ? platform::shortestText(value) : "null";
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "host/bounding_box.hpp"
+#include "host/data_source.hpp"
 
 #include <cstddef>
 #include <cstdio>
@@ -41,6 +41,10 @@ class JsonObject {
   private:
     std::string fields_;
 };
+
+/// A line on standard error about records that cannot be used, if there are any.
+void tellUnusable(const std::string& source, const std::string& layer,
+                  const host::Unusable& unusable);
 
 /// The shortest text that reads back to `value`; "null" for what JSON has no number for.
 std::string jsonNumber(double value);

@@ -7,6 +7,7 @@
 #include "host/validity_check.hpp"
 #include <mezalith/platform/number_text.hpp>
 
+#include <cmath>
 #include <memory>
 #include <optional>
 #include <string>
@@ -15,11 +16,12 @@ namespace mezalith::app {
 namespace {
 
 constexpr char kFooter[] =
-    "Prints a line for each feature whose geometry is not valid, with the first thing that is "
-    "wrong "
-    "and where, in the source's own coordinates, and a line for each layer. Exits with 1 when "
-    "there "
-    "is such a feature and no repaired copy is asked for.";
+    "Prints a line for each feature whose geometry is not valid or cannot be read, with the first "
+    "thing that is wrong and where, in the source's own coordinates, and a line for each layer. "
+    "Exits with 1 when there is such a feature and no repaired copy is asked for. The copy has all "
+    "features: those that are valid as they are; repaired ones in two dimensions, which their "
+    "lines tell where that drops Z or M, and with curves as lines; those beyond repair as they "
+    "are, and without a geometry where that cannot be read.";
 
 struct Given {
     std::string source;
@@ -29,11 +31,21 @@ struct Given {
     bool quiet = false;
 };
 
+std::string textOf(MzPoint place) {
+    if (std::isnan(place.x) && std::isnan(place.y)) return "none";
+    return platform::shortestText(place.x) + " " + platform::shortestText(place.y);
+}
+
+/// What is to be known of the repair, after a comma.
+std::string remedyOf(const host::InvalidRecord& record) {
+    if (record.isMissing) return ", beyond repair, missing in a copy";
+    if (!record.isRepairable) return ", beyond repair";
+    return record.dropped.empty() ? "" : ", the repair drops " + record.dropped;
+}
+
 std::string textOf(const host::InvalidRecord& record) {
     return "feature " + std::to_string(record.id) + " layer " + record.layer + " at " +
-           platform::shortestText(record.defect.place.x) + " " +
-           platform::shortestText(record.defect.place.y) + " " + record.defect.reason +
-           (record.isRepairable ? "" : ", beyond repair");
+           textOf(record.defect.place) + " " + record.defect.reason + remedyOf(record);
 }
 
 std::string jsonOf(const host::InvalidRecord& record) {
@@ -44,6 +56,8 @@ std::string jsonOf(const host::InvalidRecord& record) {
         .add("x", record.defect.place.x)
         .add("y", record.defect.place.y)
         .addJson("repairable", record.isRepairable ? "true" : "false");
+    if (record.isMissing) object.addJson("missing", "true");
+    if (!record.dropped.empty()) object.add("dropped", record.dropped);
     return object.text();
 }
 
@@ -62,6 +76,13 @@ std::string countedOf(std::size_t part, std::size_t all) {
     return std::to_string(part) + " of " + std::to_string(all) + " features";
 }
 
+std::string lossesOf(const host::LayerValidity& all) {
+    const std::string text =
+        countedOf(all.lost, all.records) + " are beyond repair and copied as they are";
+    if (all.missing == 0) return text;
+    return text + ", " + std::to_string(all.missing) + " of them without a geometry";
+}
+
 void run(const Given& given) {
     std::optional<OutputFile> file;
     if (!given.repaired.empty()) file.emplace(given.repaired, given.overwrite);
@@ -78,6 +99,7 @@ void run(const Given& given) {
         all.records += layer.records;
         all.invalid += layer.invalid;
         all.lost += layer.lost;
+        all.missing += layer.missing;
     };
     check.progress = [&](double share) { progress.show(given.source, share); };
     if (file) check.copy = given.repaired;
@@ -90,10 +112,7 @@ void run(const Given& given) {
     if (!file && all.invalid > 0) {
         throw host::Failure(given.source, countedOf(all.invalid, all.records) + " are not valid");
     }
-    if (file && all.lost > 0) {
-        throw host::Failure(given.source, countedOf(all.lost, all.records) +
-                                              " are beyond repair and copied as they are");
-    }
+    if (file && all.lost > 0) throw host::Failure(given.source, lossesOf(all));
 }
 
 }  // namespace

@@ -46,6 +46,7 @@ void run(const Given& given) {
             return source.describe(i, [&](double share) { progress.show(task, share); });
         }();
         output.write((given.json ? jsonOf(layer) : textOf(layer)) + "\n");
+        tellUnusable(given.source, layer.name, layer.unusable);
     }
     output.finish();
 }
