@@ -3,7 +3,6 @@
 #include <mezalith/geometry/multi_polygon_geometry.hpp>
 #include <mezalith/geometry/point_geometry.hpp>
 #include <mezalith/geometry/point_location.hpp>
-#include <mezalith/geometry/polygon_functions.hpp>
 #include <mezalith/geometry/polygon_geometry.hpp>
 
 #include <cmath>
@@ -120,25 +119,6 @@ TEST(PointLocation, AsksGeometryObjects) {
     EXPECT_EQ(MzLocatePoint(polygons.get(), {4, 5}), OnBorder);
     const auto point = MzPointGeometry::geometryWithPoint({1, 1});
     EXPECT_EQ(MzLocatePoint(point.get(), {1, 1}), Outside);
-}
-
-// What each says of the same point beside a slanting side.
-TEST(PointLocation, IsRightWhereTheCrossingTestIsNot) {
-    test::OwnedPolygon owned({{{0, 0}, {10, 0}, {4, 8}, {0, 0}}});
-    const MzPolygon triangle = owned.record();
-    int differ = 0;
-    for (int x = 1; x < 10; ++x) {
-        for (int y = 1; y < 8; ++y) {
-            const bool isInside = 2 * x > y && 4 * (10 - x) > 3 * y;
-            const bool isOnBorder = 2 * x == y || 4 * (10 - x) == 3 * y;
-            const MzPoint p{static_cast<double>(x), static_cast<double>(y)};
-            EXPECT_EQ(MzLocatePoint(&triangle, p),
-                      isOnBorder ? OnBorder : (isInside ? Inside : Outside));
-            differ += !isOnBorder && crossingTest(&triangle, p.x, p.y) != isInside ? 1 : 0;
-        }
-    }
-    EXPECT_GT(differ, 0);
-    RecordProperty("crossingTestWrongOf63", differ);
 }
 
 }  // namespace

@@ -1,11 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <mezalith/geometry/geometry_model.hpp>
-#include <mezalith/geometry/wkb_encoder.hpp>
 #include <mezalith/geometry/wkb_writer.hpp>
 
-#include <cstdlib>
 #include <limits>
-#include <memory>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -129,45 +126,6 @@ TEST(WriteWKB, WantsJustTheBytesItNeeds) {
     EXPECT_TRUE(MzWriteWKB(geometryOf(&point), {}, std::span(bytes).first(21)));
     EXPECT_EQ(bytes.back(), std::byte{0xEE});
     EXPECT_TRUE(MzReadWKB(std::span(bytes).first(21)));
-}
-
-// --- beside the settled encoders
-
-struct Free {
-    void operator()(std::byte* buffer) const { std::free(buffer); }
-};
-
-TEST(ChoosingWKB, SettledEncodersCountNoPairsAndRepeatTheFirst) {
-    OwnedMultiPolygon polygons({{square(0, 0, 4)}, {square(9, 9, 1)}});
-    const MzMultiPolygon record = polygons.record();
-    std::uint64_t length = 0;
-    const std::unique_ptr<std::byte, Free> settled(wkbMultiPolygonToData(&record, &length));
-    EXPECT_EQ(length, 9u + 2 * (9 + 4));
-    EXPECT_FALSE(MzReadWKB({settled.get(), length}));
-
-    const Bytes bytes = MzWKBOfGeometry(geometryOf(record));
-    EXPECT_EQ(bytes.size(), 9u + 2 * (9 + 4 + 5 * 16));
-    const MzWKBReading reading = MzReadWKB(bytes);
-    ASSERT_TRUE(reading);
-    const Model both{6, {}, {{3, {square(0, 0, 4)}, {}}, {3, {square(9, 9, 1)}, {}}}};
-    EXPECT_TRUE(isSame(*reading.geometry.record(), both));
-}
-
-TEST(ChoosingWKB, SettledDecodersLeaveLinesWithoutPointsAndTrustTheirBytes) {
-    const Bytes bytes = WkbWriter().lineString(kBig, kLine).bytes();
-    MzLineString line{};
-    const std::byte* cursor = bytes.data();
-    wkbLineStringToMzLineString(&cursor, 1, &line);
-    EXPECT_EQ(line.count, 2u);
-    EXPECT_TRUE(pointsOf(&line).empty());
-    const MzWKBReading reading = MzReadWKB(bytes);
-    ASSERT_TRUE(reading);
-    EXPECT_TRUE(isSame(*reading.geometry.record(), {2, {kLine}, {}}));
-
-    const Bytes wrong = WkbWriter().multi(kLittle, 4, 1).lineString(kLittle, kLine).bytes();
-    cursor = wrong.data();
-    EXPECT_EQ(wkbMultiPointToMzMultiPoint(&cursor, nullptr), 32u);
-    EXPECT_EQ(MzReadWKB(wrong).error.offset, 10u);
 }
 
 // --- laws

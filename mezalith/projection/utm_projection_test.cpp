@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <mezalith/projection/transverse_mercator.hpp>
 #include <mezalith/projection/utm_projection.hpp>
 
 #include <array>
@@ -59,44 +58,6 @@ TEST(UTMZoneOf, AnswersNoneWhereThereIsNone) {
         EXPECT_EQ(MzUTMZoneOf(p), 0u);
         EXPECT_EQ(MzUTMProjection::initWithLongitudeLatitude(p), nullptr);
     }
-}
-
-/// The zone that the settled functions choose.
-std::uint32_t settledZoneOf(MzPoint point) {
-    std::uint32_t zone = 0;
-    double x = 0, y = 0;
-    LatitudeLongitudeToUTM(&zone, &x, &y, point.y, point.x);
-    return zone;
-}
-
-TEST(UTMProjection, IsRightWhereTheSettledOneIsOdd) {
-    // Zones beside the numbers 1 to 60, and no exceptions.
-    EXPECT_EQ(settledZoneOf({180, 10}), 61u);
-    EXPECT_EQ(MzUTMZoneOf({180, 10}), 1u);
-    EXPECT_EQ(settledZoneOf({-186.5, 10}), 4294967295u);
-    EXPECT_EQ(MzUTMZoneOf({-186.5, 10}), 59u);
-    EXPECT_EQ(settledZoneOf({5.32, 60.39}), 31u);
-    EXPECT_EQ(MzUTMZoneOf({5.32, 60.39}), 32u);
-    // Suva and the other side of the antimeridian, 0.2 degrees apart, in one zone.
-    const auto settled = MzUTMZoneProjection::initWithZone(60);
-    const auto right = MzUTMProjection::initWithZone(60, Hemisphere::South);
-    EXPECT_LT(settled->projectedCoordinateForLongitudeLatitude({-179.9, -17}).x, -1e8);
-    EXPECT_NEAR(right->projectedCoordinateForLongitudeLatitude({-179.9, -17}).x, 830'000, 1000);
-    EXPECT_NEAR(settled->projectedCoordinateForLongitudeLatitude({178.4, -18.1}).y, -2e6, 5e4);
-    EXPECT_NEAR(right->projectedCoordinateForLongitudeLatitude({178.4, -18.1}).y, 8e6, 5e4);
-    EXPECT_EQ(settled->srid(), 32660);
-    EXPECT_EQ(right->srid(), 32760);
-    EXPECT_FALSE(settled->isUTM());
-    EXPECT_TRUE(right->isUTM());
-    // Far from the meridian the short series drifts away, by kilometres at 45 degrees.
-    const auto settled33 = MzUTMZoneProjection::initWithZone(33);
-    const auto right33 = MzUTMProjection::initWithZone(33, Hemisphere::North);
-    const double apart = settled33->projectedCoordinateForLongitudeLatitude({60, 10}).x -
-                         right33->projectedCoordinateForLongitudeLatitude({60, 10}).x;
-    EXPECT_GT(std::abs(apart), 1000);
-    // A copy of the settled one has lost its zone.
-    EXPECT_GT(settled33->copy()->projectedCoordinateForLongitudeLatitude({15, 0}).x, 1e7);
-    EXPECT_EQ(right33->copy()->projectedCoordinateForLongitudeLatitude({15, 0}).x, 500'000);
 }
 
 // --- what an object says of itself ------------------------------------------

@@ -39,6 +39,15 @@ class Documents(unittest.TestCase):
             if not folder.startswith("."):
                 self.assertRegex(text, rf"\| `{folder}/", folder)
 
+    def test_every_row_of_choosing_has_its_tests(self):
+        text = (ROOT / "docs/choosing.md").read_text()
+        jobs = re.findall(r"^\| ([^|]+) \|", text, re.M)[1:]
+        words = [re.findall(r"\w+", job) for job in jobs if not job.startswith("---")]
+        rows = ["Choosing" + "".join(word[0].upper() + word[1:] for word in row) for row in words]
+        tests = [path.read_text() for path in (ROOT / "tests/choosing").glob("*_test.cpp")]
+        suites = set(re.findall(r"^TEST\((\w+),", "".join(tests), re.M))
+        self.assertEqual(sorted(rows), sorted(suites))
+
     def test_the_root_stays_small(self):
         self.assertLessEqual(len({name.parts[0] for name in tracked()}), 21)
 
