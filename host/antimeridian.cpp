@@ -107,8 +107,18 @@ class Joiner {
     using End = std::pair<std::size_t, bool>;  ///< a chain, and whether it is its start
 
     void endChain(GlobeRing& chain) {
-        if (chain.size() > 1) chains_.push_back(chain);
+        if (chain.size() > 1) {
+            snap(chain.front());
+            snap(chain.back());
+            chains_.push_back(chain);
+        }
         chain.clear();
+    }
+
+    /// Moves a point that strays from the meridian onto it.
+    static void snap(MzPoint& p) {
+        if (distanceToAntimeridian(p) > kFarthestStray) return;
+        p.x = std::round((p.x - 180) / 360) * 360 + 180;
     }
 
     /// Sides of both edges cancel each other; what is left bounds the area on one of them.

@@ -63,6 +63,20 @@ TEST(Antimeridian, JoinsHalvesWhoseCoordinatesAreRounded) {
     EXPECT_NEAR(std::abs(doubleArea(globe.joined[0])), 2 * (2.0 * 7), 1e-3);
 }
 
+TEST(Antimeridian, ClosesOneHalfWhoseCoordinatesAreRounded) {
+    const JoinedPolygons globe = joinedAcrossAntimeridian({{{{-179.5, -16},
+                                                             {-179.5, -17},
+                                                             {-180, -17},
+                                                             {-179.99995, -16.5},
+                                                             {-179.99995, -16},
+                                                             {-179.5, -16}}}});
+    ASSERT_EQ(globe.joined.size(), 1u);
+    const GlobeRing& ring = globe.joined[0];
+    EXPECT_EQ(std::remainder(ring.back().x - ring.front().x, 360), 0);
+    EXPECT_NEAR(ring.back().y, ring.front().y, 1e-9);
+    EXPECT_NEAR(std::abs(doubleArea(ring)), 2 * 0.5, 1e-3);
+}
+
 TEST(Antimeridian, JoinsTwoHalvesOfAnIsland) {
     const JoinedPolygons globe = joinedAcrossAntimeridian(
         {{box(175, -20, 180, -10)}, {box(0, 0, 1, 1)}, {box(-180, -20, -178, -10)}});

@@ -262,12 +262,25 @@ std::vector<GlobeRings> GlobeCut::polygons(std::vector<GlobeRings> polygons) con
     return result;
 }
 
+/// What surrounds a pole goes on until it comes back to where it began.
+GlobeRing GlobeCut::aroundAllTurns(const GlobeRing& ring) const {
+    const double shift = ring.empty() ? 0 : ring.back().x - ring.front().x;
+    GlobeRing all = ring;
+    if (std::abs(shift) < kTurn / 2) return all;
+    for (int turn = 1; turn < edge_.turns(); ++turn) {
+        for (std::size_t i = 1; i < ring.size(); ++i) {
+            all.push_back({ring[i].x + turn * shift, ring[i].y});
+        }
+    }
+    return all;
+}
+
 GlobeRings GlobeCut::cutRings(const GlobeRings& rings, const GlobeRings& source) const {
     std::vector<Chain> chains;
     GlobeRings result;
     for (const GlobeRing& ring : rings) {
         bool isClosed = false;
-        std::vector<Points> pieces = stepsWithin(ring, isClosed);
+        std::vector<Points> pieces = stepsWithin(aroundAllTurns(ring), isClosed);
         if (isClosed && pieces.size() == 1) {
             result.push_back(bent(pieces.front()));
             continue;

@@ -22,9 +22,9 @@ class GlobeCut {
   public:
     using Points = std::vector<MzPoint>;
 
-    /// `region` is a band or a cap of what `projection` shows. Within `view`, which may be empty
-    /// and is in the projection's units like `tolerance`, pieces follow their curves as closely as
-    /// that.
+    /// `region` is a band or a cap of what `projection` shows; of a projection that goes on around
+    /// the globe a band may reach around it several times. Within `view`, which may be empty and is
+    /// in the projection's units like `tolerance`, pieces follow their curves as closely as that.
     GlobeCut(std::shared_ptr<MzMapProjection> projection, const MzProjectionRegion& region,
              const BoundingBox& view, double tolerance);
 
@@ -33,7 +33,8 @@ class GlobeCut {
 
     /// What of the polygons lies within: each a list of closed rings to be filled by the even-odd
     /// rule. Polygons that share the 180th meridian come as one. Points that are not finite are
-    /// left out, as are those a hundred turns away.
+    /// left out, as are those a hundred turns away. In a band of several turns each lies where it
+    /// was, once, and what surrounds a pole is there in all of them.
     std::vector<GlobeRings> polygons(std::vector<GlobeRings> polygons) const;
 
     /// Whether a line needs no more points between those at these longitudes and latitudes, whose
@@ -41,6 +42,7 @@ class GlobeCut {
     bool isFine(std::span<const MzPoint> points, std::span<const MzPoint> plane) const;
 
   private:
+    GlobeRing aroundAllTurns(const GlobeRing& ring) const;
     GlobeRings cutRings(const GlobeRings& rings, const GlobeRings& source) const;
     std::vector<Points> stepsWithin(std::span<const MzPoint> line, bool& isClosed) const;
     Points bent(const Points& points) const;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "host/globe_cut.hpp"
 
+#include "host/data_source.hpp"
+#include <mezalith/geometry/polygon_geometry.hpp>
 #include <mezalith/projection/utm_projection.hpp>
 
 #include <algorithm>
@@ -279,6 +281,34 @@ TEST(GlobeCut, PartsALineAtAGap) {
     EXPECT_LT(pieces[0].back().x, -40);
     EXPECT_GT(pieces[1].front().x, -40);
     EXPECT_EQ(interruptedDegrees(0, -40).line(Points{{-50, 10}, {-30, 10}}).size(), 1u);
+}
+
+/// No line across the map: sides of the pieces are no longer than those of the data.
+TEST(GlobeCut, AddsNoLongSideToAnyCoastOfTheWorld) {
+    DataSource source(MEZALITH_SOURCE_DIR "/data/map/naturalearth-50m.gpkg:land");
+    std::vector<GlobeRings> land;
+    for (const auto& feature : source.read(0).features) {
+        const auto* polygon = dynamic_cast<const MzPolygonGeometry*>(feature->geometry().get());
+        if (polygon == nullptr) continue;
+        GlobeRings& rings = land.emplace_back();
+        for (const MzLinearRing& ring : ringsOf(polygon->polygonGeometry())) {
+            const auto points = pointsOf(&ring);
+            rings.emplace_back(points.begin(), points.end());
+        }
+    }
+    ASSERT_GT(land.size(), 1000u);
+    constexpr double kLongest = 4;
+    for (const double meridian : {0.0, 11.0, 150.0, 180.0, -169.0}) {
+        const GlobeCut cut = degrees(meridian);
+        for (const GlobeRings& polygon : land) {
+            for (const GlobeRings& piece : cut.polygons({polygon})) {
+                for (const GlobeRing& ring : piece) {
+                    ASSERT_LT(longestSide(ring), kLongest)
+                        << meridian << ": " << polygon[0][0].x << ' ' << polygon[0][0].y;
+                }
+            }
+        }
+    }
 }
 
 TEST(GlobeCut, FollowsAZoneBeyondTheAntimeridian) {

@@ -43,14 +43,15 @@ MzPoint between(MzPoint p, MzPoint q, double t) {
     return {p.x + (q.x - p.x) * t, p.y + (q.y - p.y) * t};
 }
 
-/// Crossings of p..q with x = `meridian`, whole turns apart.
-void addMeridianCrossings(MzPoint p, MzPoint q, double meridian, std::vector<Crossing>& crossings) {
+/// Crossings of p..q with x = `meridian`, whole turns of so many degrees apart.
+void addMeridianCrossings(MzPoint p, MzPoint q, double meridian, double turn,
+                          std::vector<Crossing>& crossings) {
     const auto [low, high] = std::minmax(p.x, q.x);
-    const double first = std::ceil((low - meridian) / kTurn);
-    const double turns = std::floor((high - meridian) / kTurn) - first + 1;
+    const double first = std::ceil((low - meridian) / turn);
+    const double turns = std::floor((high - meridian) / turn) - first + 1;
     const int count = static_cast<int>(std::clamp(turns, 0.0, kMostTurns));
     for (int i = 0; i < count; ++i) {
-        const double x = meridian + (first + i) * kTurn;
+        const double x = meridian + (first + i) * turn;
         const double t = (x - p.x) / (q.x - p.x);
         if (t > 0 && t < 1) crossings.push_back({t, {x, between(p, q, t).y}});
     }
@@ -65,6 +66,7 @@ void addParallelCrossing(MzPoint p, MzPoint q, double parallel, std::vector<Cros
 
 RegionEdge::RegionEdge(const MzProjectionRegion& region)
     : isCap_(region.shape == MzProjectionRegion::Shape::Cap),
+      turns_(std::max(1, static_cast<int>(std::ceil(2 * region.reach / kTurn)))),
       west_(region.centre.x - region.reach),
       east_(region.centre.x + region.reach),
       south_(std::max(region.south, -kPole + 1e-9)),
@@ -147,13 +149,14 @@ void RegionEdge::addSteps(MzPoint p, MzPoint q, std::vector<Step>& steps) const 
 }
 
 void RegionEdge::addBandSteps(MzPoint p, MzPoint q, std::vector<Step>& steps) const {
+    const double wholeTurn = turns_ * kTurn;
     std::vector<Crossing> crossings;
     if (p.x != q.x) {
-        addMeridianCrossings(p, q, west_, crossings);
-        addMeridianCrossings(p, q, east_, crossings);
+        addMeridianCrossings(p, q, west_, wholeTurn, crossings);
+        addMeridianCrossings(p, q, east_, wholeTurn, crossings);
         for (const auto& gap : gaps_) {
-            addMeridianCrossings(p, q, gap.meridian - kGapSide, crossings);
-            addMeridianCrossings(p, q, gap.meridian + kGapSide, crossings);
+            addMeridianCrossings(p, q, gap.meridian - kGapSide, wholeTurn, crossings);
+            addMeridianCrossings(p, q, gap.meridian + kGapSide, wholeTurn, crossings);
         }
     }
     if (p.y != q.y) {
@@ -166,7 +169,7 @@ void RegionEdge::addBandSteps(MzPoint p, MzPoint q, std::vector<Step>& steps) co
     MzPoint from = p;
     for (const Crossing& crossing : crossings) {
         const MzPoint middle = between(from, crossing.at, 0.5);
-        const double turn = std::round((middle.x - centre_.x) / kTurn) * kTurn;
+        const double turn = std::round((middle.x - centre_.x) / wholeTurn) * wholeTurn;
         const bool isInside = bandHolds({middle.x - turn, middle.y});
         const auto local = [&](MzPoint point) {
             return MzPoint{std::clamp(point.x - turn, west_, east_), point.y};

@@ -9,7 +9,8 @@
 namespace mezalith::host {
 
 /// The edge of a band or cap as a closed line around it, along which positions are counted, and
-/// what of other lines lies within. It leads into a band's gaps and out again. Degrees.
+/// what of other lines lies within. It leads into a band's gaps and out again. A band may reach
+/// several times around the globe; what is whole turns of it apart is then the same. Degrees.
 class RegionEdge {
   public:
     /// `region` is not endless.
@@ -33,6 +34,8 @@ class RegionEdge {
     double positionOf(MzPoint point) const;
     MzPoint pointAt(double position) const;
     double length() const { return length_; }
+    /// How often a band reaches around the globe, at least once.
+    int turns() const { return turns_; }
     /// Adds the points of the edge, at most half a degree apart, between two positions; backwards
     /// when the second is less.
     void addPointsBetween(double from, double to, std::vector<MzPoint>& points) const;
@@ -52,6 +55,7 @@ class RegionEdge {
     static double dot(Vector a, Vector b) { return a.x * b.x + a.y * b.y + a.z * b.z; }
 
     bool isCap_;
+    int turns_;
     double west_, east_, south_, north_;         ///< of a band
     std::vector<MzProjectionRegion::Gap> gaps_;  ///< of a band, from west to east
     std::vector<MzPoint> corners_;  ///< of a band, once around from its south-west, which ends it

@@ -128,10 +128,12 @@ bool meetsGap(const MzProjectionRegion& band, const BoundingBox& box) {
     });
 }
 
-/// What of an endless region surrounds the meridian, once around the globe.
-MzProjectionRegion onceAround(MzProjectionRegion region, double meridian) {
+/// What of an endless region surrounds the middle of what is seen: once around the globe, or three
+/// times where the view would show the cut.
+MzProjectionRegion bandAround(MzProjectionRegion region, const BoundingBox& seen) {
     if (region.shape != MzProjectionRegion::Shape::Endless) return region;
-    return MzProjectionRegion::band(meridian, kHalfTurn - kHair, std::max(region.south, -kPole),
+    const double reach = seen.width() <= 2 * kHalfTurn ? kHalfTurn : 3 * kHalfTurn;
+    return MzProjectionRegion::band(seen.centre().x, reach - kHair, std::max(region.south, -kPole),
                                     std::min(region.north, kPole));
 }
 
@@ -196,7 +198,7 @@ ViewCutter::ViewCutter(std::shared_ptr<MzMapProjection> projection, const Boundi
     : projection_(std::move(projection)),
       region_(projection_->region()),
       seen_(seenThrough(*projection_, rectangle)),
-      shown_(onceAround(region_, seen_.centre().x)),
+      shown_(bandAround(region_, seen_)),
       globe_(projection_, shown_, rectangle, tolerance) {}
 
 ViewCutter::Geometries ViewCutter::cut(const Part& part) const {
@@ -211,7 +213,8 @@ ViewCutter::Geometries ViewCutter::cut(const Part& part) const {
         const BoundingBox pieceBox = boundsOf(*piece.geometry);
         for (const double shift : shifts) {
             const bool isRepeated = region_.shape == MzProjectionRegion::Shape::Endless;
-            if (shift != 0 && !isRepeated) continue;
+            // What surrounds a pole is there in every turn.
+            if (shift != 0 && (!isRepeated || pieceBox.width() > 2 * kHalfTurn)) continue;
             if (isRepeated && !seen_.meets(pieceBox.movedBy(shift, 0))) continue;
             pieces.push_back(shift == 0 ? piece.geometry : moved(*piece.geometry, shift));
         }
@@ -239,10 +242,11 @@ GlobeRings ViewCutter::outline() const {
     return rings;
 }
 
-/// Whether the cut of the view's own lies where data is not cut anyway.
-bool ViewCutter::hasOwnCut() const {
+/// Whether the view is cut only where data is cut anyway.
+bool ViewCutter::isCutAsData() const {
     const double east = shown_.centre.x + shown_.reach;
-    return std::abs(std::remainder(east - kHalfTurn, 2 * kHalfTurn)) > 2 * kHair;
+    return shown_.reach < kHalfTurn &&
+           std::abs(std::remainder(east - kHalfTurn, 2 * kHalfTurn)) <= 2 * kHair;
 }
 
 /// Whether what lies in the box is within the region as it is, without being joined.
@@ -253,7 +257,7 @@ bool ViewCutter::fits(const BoundingBox& box, bool isArea) const {
     switch (region_.shape) {
         case MzProjectionRegion::Shape::Endless:
             return region_.south <= box.minY && box.maxY <= region_.north &&
-                   !(isArea && isCut && hasOwnCut());
+                   !(isArea && isCut && !isCutAsData());
         case MzProjectionRegion::Shape::Band:
             return shown.holds(box) && !(isArea && isCut) && !meetsGap(region_, box);
         case MzProjectionRegion::Shape::Cap:

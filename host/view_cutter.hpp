@@ -52,12 +52,12 @@ class ViewCutter {
     std::vector<Part> cutPoints(const Part& part) const;
     bool fits(const BoundingBox& box, bool isArea) const;
     bool needsNoCut(const Part& part) const;
-    bool hasOwnCut() const;
+    bool isCutAsData() const;
 
     std::shared_ptr<MzMapProjection> projection_;
     MzProjectionRegion region_;
     BoundingBox seen_;
-    MzProjectionRegion shown_;  ///< of the region, once around the globe
+    MzProjectionRegion shown_;  ///< of the region, around what is seen
     GlobeCut globe_;
 };
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/view_cutter.hpp"
 
+#include "host/antimeridian.hpp"
 #include <mezalith/geometry/multi_point_geometry.hpp>
 #include <mezalith/geometry/multi_polygon_geometry.hpp>
 #include <mezalith/geometry/point_geometry.hpp>
@@ -146,6 +147,47 @@ TEST(ViewCutter, JoinsHalvesWhereTheViewShowsBoth) {
     ASSERT_EQ(joined->polygonGeometry()->count, 1u);
     for (const MzPoint p : pointsOf(&joined->polygonGeometry()->rings[0])) {
         EXPECT_TRUE(p.x != 180 || p.y == -20 || p.y == -10);
+    }
+}
+
+bool hasSideAlongAntimeridian(MzGeometry& geometry) {
+    const auto* polygon = dynamic_cast<const MzPolygonGeometry*>(&geometry);
+    for (const MzLinearRing& ring : ringsOf(polygon->polygonGeometry())) {
+        const auto points = pointsOf(&ring);
+        for (std::size_t i = 1; i < points.size(); ++i) {
+            if (isAlongAntimeridian(points[i - 1], points[i])) return true;
+        }
+    }
+    return false;
+}
+
+TEST(ViewCutter, JoinsHalvesInEveryTurnThatAWideViewShows) {
+    const auto pieces = degreesCutter({{-270, -90}, {540, 180}}).cut(twoHalves());
+    ASSERT_EQ(pieces.size(), 2u);
+    BoundingBox all;
+    for (const auto& piece : pieces) {
+        EXPECT_NEAR(boundsOf(*piece).width(), 7, 1e-9);
+        EXPECT_FALSE(hasSideAlongAntimeridian(*piece));
+        all.add(boundsOf(*piece));
+    }
+    EXPECT_NEAR(all.minX, 175 - 360, 1e-9);
+    EXPECT_NEAR(all.maxX, 182, 1e-9);
+}
+
+TEST(ViewCutter, ShowsWhatSurroundsAPoleOnceAndWithoutItsCutInAWideView) {
+    const Part continent = area(
+        {{-180, -90}, {180, -90}, {180, -70}, {60, -65}, {-60, -75}, {-180, -70}, {-180, -90}});
+    const auto pieces = degreesCutter({{-270, -100}, {540, 180}}).cut(continent);
+    ASSERT_EQ(pieces.size(), 1u);
+    const BoundingBox box = boundsOf(*pieces[0]);
+    EXPECT_NEAR(box.minX, -540, 1e-6);
+    EXPECT_NEAR(box.maxX, 540, 1e-6);
+    EXPECT_NEAR(box.maxY, -65, 1e-9);
+    const auto* polygon = dynamic_cast<const MzPolygonGeometry*>(pieces[0].get());
+    ASSERT_EQ(polygon->polygonGeometry()->count, 1u);
+    for (const MzPoint p : pointsOf(&polygon->polygonGeometry()->rings[0])) {
+        const bool isOnCut = std::abs(std::abs(p.x) - 180) < 1e-6;
+        EXPECT_TRUE(!isOnCut || p.y >= -70 - 1e-9 || p.y < -89.9) << p.x << ' ' << p.y;
     }
 }
 

@@ -8,6 +8,7 @@
 #include "apps/mezalith/text_output.hpp"
 #include "host/failure.hpp"
 #include "host/feature_index.hpp"
+#include "host/halves.hpp"
 
 #include <cstdint>
 
@@ -146,10 +147,12 @@ void Map::readLayer(std::size_t source, host::DataSource& data, std::size_t inde
     host::Layer& layer = layers_.back();
     tellUnusable(sources_[source], layer.name, layer.unusable);
     styleLayer(layer);
-    if (where_ == nullptr) return;
-    std::erase_if(layer.features, [this](const auto& feature) {
-        return !where_->evaluateWithObject(feature.get());
-    });
+    if (where_ != nullptr) {
+        std::erase_if(layer.features, [this](const auto& feature) {
+            return !where_->evaluateWithObject(feature.get());
+        });
+    }
+    host::joinHalves(layer.features);
 }
 
 void Map::styleLayer(host::Layer& layer) {

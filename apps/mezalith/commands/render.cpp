@@ -4,7 +4,6 @@
 #include "apps/mezalith/map.hpp"
 #include "apps/mezalith/picture.hpp"
 #include "apps/mezalith/progress.hpp"
-#include "host/halves.hpp"
 
 #include <memory>
 #include <optional>
@@ -24,8 +23,7 @@ struct Given {
 void drawLayers(Map& map, bool quiet) {
     Progress progress(Progress::isWanted(quiet));
     for (const host::Layer& layer : map.layers()) {
-        auto features = map.featuresInSight(layer);
-        host::joinHalves(features);
+        const auto features = map.featuresInSight(layer);
         double done = 0;
         for (const auto& feature : features) {
             map.view().draw(*feature, map.isSelected(*feature));
