@@ -87,7 +87,8 @@ MapView::MapView(ViewFrame frame)
     region_ = MzClippingRegion::initWithDrawContext(this);
     region_->setMinSpacing(frame_.spacing / frame_.pixelRatio * unitsPerPixel_);
     // Strokes along the border stay out of sight, however they are scaled.
-    const double margin = kMargin * std::max(1.0, frame_.scaleFactor) * unitsPerPixel_;
+    const double margin =
+        std::max(kMargin * std::max(1.0, frame_.scaleFactor), frame_.reach) * unitsPerPixel_;
     region_->setClippingRect(MzInsetRect(bounds_, -margin, -margin));
     region_->setExact(true);
     cutter_ =

@@ -25,6 +25,10 @@ struct ViewFrame {
     /// pixels. Half a pixel cannot be seen in any one outline; where a picture is magnified, it
     /// can.
     double spacing = 0.5;
+    /// How far (view points) what is drawn reaches beyond its place: from so far outside of the
+    /// view, and 50 points times the scale factor at least, it is still drawn, and that far outside
+    /// lines are cut off.
+    double reach = 0;
 };
 
 /// A map view: the draw context of everything that is drawn in one frame. It fits the frame's area

@@ -116,6 +116,16 @@ TEST(MapView, ClipsFartherOutWhereSymbolsAreScaled) {
                              {{-180 - 15, -90 - 15}, {360 + 30, 180 + 30}}));
 }
 
+TEST(MapView, ClipsFartherOutWhereWhatIsDrawnReachesFarther) {
+    ViewFrame frame{.projection = kDegrees, .area = {0, 0, 40, 20}, .size = {400, 200}};
+    frame.reach = 20;
+    EXPECT_TRUE(
+        MzEqualRects(MapView(frame).clippingRegion()->clippingRect(), {{-5, -5}, {50, 30}}));
+    frame.reach = 90;
+    EXPECT_TRUE(
+        MzEqualRects(MapView(frame).clippingRegion()->clippingRect(), {{-9, -9}, {58, 38}}));
+}
+
 TEST(MapView, ProjectsTheAreasOutline) {
     const auto zone = MzMapProjection::mapProjectionWithUTMZone(33);
     const BoundingBox extent = projectedArea(*zone, {4, 58, 26, 71});

@@ -23,6 +23,8 @@ constexpr char kNothing[] = "none";
 constexpr char kStyleOption[] = "--style";
 constexpr char kIconOption[] = "--icon";
 constexpr float kMarkerSize = 5;
+/// View points around a view that are searched at most for what reaches in.
+constexpr double kFarthestReach = 2000;
 
 ColorPointer paintArgument(const std::string& name, const std::string& text) {
     return text == kNothing ? nullptr : colorArgument(name, text);
@@ -240,6 +242,16 @@ std::shared_ptr<MzStyle> LayerStyles::style(const std::string& layer, host::Form
     rule->addSymbolizer(symbolizerFor(paint(layer, form), form));
     style->addRule(rule);
     return style;
+}
+
+double LayerStyles::reach(std::span<const std::string> layers, double scaleFactor) {
+    double reach = 0;
+    for (const std::string& layer : layers) {
+        for (const host::Form form : {host::Form::Points, host::Form::Line, host::Form::Area}) {
+            reach = std::max(reach, style(layer, form)->paintReach(scaleFactor));
+        }
+    }
+    return std::min(reach, kFarthestReach);
 }
 
 }  // namespace mezalith::app

@@ -107,6 +107,16 @@ TEST(LayerStyles, PutAPictureInPlaceOfMarkers) {
     EXPECT_NE(symbolizerOf<MzPolygonSymbolizer>(styles.style("land", Form::Area)), nullptr);
 }
 
+TEST(LayerStyles, ReachAsFarAsTheWidestOfThem) {
+    const std::vector<std::string> both{"sea", "rivers"};
+    LayerStyles styles({.width = {"rivers:60"}});
+    EXPECT_LT(styles.reach(std::vector<std::string>{"sea"}, 1), 30);
+    EXPECT_GE(styles.reach(both, 1), 30);
+    EXPECT_GE(styles.reach(both, 4), 120);
+    EXPECT_EQ(LayerStyles({.width = {"1e6"}}).reach(both, 1), 2000);
+    EXPECT_EQ(styles.reach({}, 1), 0);
+}
+
 TEST(LayerStyles, SayWhatIsWrongWithPictures) {
     const std::string bad = MEZALITH_SOURCE_DIR "/README.md";
     EXPECT_EQ(testing::failureOf([&] { LayerStyles({.icon = {bad}}); }).find(bad + ": "), 0u);

@@ -25,6 +25,14 @@ Sources openSources(const std::vector<std::string>& names) {
     return sources;
 }
 
+std::vector<std::string> layerNamesOf(const Sources& sources) {
+    std::vector<std::string> names;
+    for (const auto& source : sources) {
+        for (const std::string& name : source->layerNames()) names.push_back(name);
+    }
+    return names;
+}
+
 std::vector<host::Ends> geodesicsOf(const std::vector<std::string>& texts) {
     std::vector<host::Ends> lines;
     for (const std::string& text : texts) {
@@ -113,27 +121,22 @@ void Map::load(double pixelRatio, double spacing) {
                           .pixelRatio = pixelRatio,
                           .scaleFactor = options_.scaleFactor,
                           .spacing = spacing};
-    readLayers(areaToRead(frame, options_.area));
-    frame.area = options_.area.value_or(usualArea(*options_.projection, bounds()));
-    if (frame.area.isEmpty()) throw host::Failure(sources_.front(), "there is nothing to draw");
-    view_ = std::make_unique<host::MapView>(frame);
-    layers_.push_back(host::geodesicLayer(geodesics_, *view_));
-    styleLayer(layers_.back());
-}
-
-void Map::readLayers(const std::optional<host::BoundingBox>& area) {
     const Sources sources = openSources(sources_);
-    std::vector<std::string> names;
-    for (const auto& source : sources) {
-        for (const std::string& name : source->layerNames()) names.push_back(name);
-    }
+    std::vector<std::string> names = layerNamesOf(sources);
     if (!geodesics_.empty()) names.emplace_back(host::kGeodesicLayer);
     styles_.checkLayers(names);
+    frame.reach = styles_.reach(names, options_.scaleFactor);
+    const auto area = areaToRead(frame, options_.area);
     for (std::size_t i = 0; i < sources.size(); ++i) {
         for (std::size_t j = 0; j < sources[i]->layerNames().size(); ++j) {
             readLayer(i, *sources[i], j, area);
         }
     }
+    frame.area = options_.area.value_or(usualArea(*options_.projection, bounds()));
+    if (frame.area.isEmpty()) throw host::Failure(sources_.front(), "there is nothing to draw");
+    view_ = std::make_unique<host::MapView>(frame);
+    layers_.push_back(host::geodesicLayer(geodesics_, *view_));
+    styleLayer(layers_.back());
 }
 
 void Map::readLayer(std::size_t source, host::DataSource& data, std::size_t index,

@@ -59,7 +59,6 @@ class Map {
   private:
     using Predicate = std::shared_ptr<const platform::FormatPredicate>;
 
-    void readLayers(const std::optional<host::BoundingBox>& area);
     void readLayer(std::size_t source, host::DataSource& data, std::size_t index,
                    const std::optional<host::BoundingBox>& area);
     void styleLayer(host::Layer& layer);

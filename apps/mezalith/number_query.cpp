@@ -130,7 +130,11 @@ void NumberQuery::answerLines(std::istream& input, TextOutput& output) const {
         if (numbers.size() < fields_.size()) continue;
         if (isList_ && !json_ && !isFirst) output.write("\n");
         isFirst = false;
-        answer(numbers, output);
+        try {
+            answer(numbers, output);
+        } catch (const host::Failure& failure) {
+            throw failure.within(place());
+        }
         numbers.clear();
     }
     if (!numbers.empty()) {
