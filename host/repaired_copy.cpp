@@ -2,12 +2,15 @@
 #include "host/repaired_copy.hpp"
 
 #include "host/failure.hpp"
+#include "host/geojson_records.hpp"
+#include "host/letter_case.hpp"
 #include <mezalith/geometry/wkb_writer.hpp>
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <filesystem>
+#include <span>
 #include <string_view>
 
 #include <cpl_vsi.h>
@@ -21,11 +24,11 @@ struct Form {
 };
 constexpr std::array<Form, 2> kForms{{{".gpkg", "GPKG"}, {".geojson", "GeoJSON"}}};
 
-const Form& formOf(const std::string& path) {
+/// The end of the forms for a name that is of none.
+auto formOf(const std::string& path) {
     const std::string ending = std::filesystem::path(path).extension().string();
-    const auto* form = std::ranges::find(kForms, ending, &Form::ending);
-    if (form == kForms.end()) throw Failure(path, "a copy ends in .gpkg or .geojson");
-    return *form;
+    return std::ranges::find_if(
+        kForms, [&](const Form& form) { return isEqualIgnoringCase(ending, form.ending); });
 }
 
 /// What a layer may hold once geometries have been parted.
@@ -37,11 +40,14 @@ OGRwkbGeometryType typeFor(OGRwkbGeometryType type) {
 
 }  // namespace
 
+bool RepairedCopy::isName(const std::string& path) { return formOf(path) != kForms.end(); }
+
 RepairedCopy::RepairedCopy(std::string path)
     : path_(std::move(path)),
       place_("/vsimem/" + std::to_string(reinterpret_cast<std::uintptr_t>(this))) {
-    const Form& form = formOf(path_);
+    const Form& form = *formOf(path_);
     place_ += form.ending;
+    isGeoJSON_ = form.ending == ".geojson";
     prepareMapLibrary();
     ErrorScope errors;
     GDALDriver* driver = GetGDALDriverManager()->GetDriverByName(form.driver);
@@ -72,16 +78,18 @@ void RepairedCopy::beginLayer(OGRLayer& source) {
     layer_ = dataset_->CreateLayer(source.GetName(), source.GetSpatialRef(),
                                    typeFor(source.GetGeomType()), options.List());
     if (layer_ == nullptr) fail(errors, "no layer can be made");
+    if (isGeoJSON_) return;
     OGRFeatureDefn& fields = *source.GetLayerDefn();
     for (int i = 0; i < fields.GetFieldCount(); ++i) {
-        if (layer_->CreateField(fields.GetFieldDefn(i)) != OGRERR_NONE)
+        if (layer_->CreateField(fields.GetFieldDefn(i)) != OGRERR_NONE) {
             fail(errors, "a field is refused");
+        }
     }
 }
 
 void RepairedCopy::add(OGRFeature& record, const MzGeometryBlock& repaired) {
     ErrorScope errors;
-    OGRFeature copy(layer_->GetLayerDefn());
+    OGRFeature copy(isGeoJSON_ ? record.GetDefnRef() : layer_->GetLayerDefn());
     copy.SetFrom(&record);
     copy.SetFID(record.GetFID());
     if (repaired.record() != nullptr) {
@@ -90,6 +98,10 @@ void RepairedCopy::add(OGRFeature& record, const MzGeometryBlock& repaired) {
         OGRGeometryFactory::createFromWkb(wkb.data(), layer_->GetSpatialRef(), &geometry,
                                           wkb.size());
         copy.SetGeometryDirectly(geometry);
+    }
+    if (isGeoJSON_) {
+        records_ += (records_.empty() ? "" : ",\n") + geoJSONOf(copy);
+        return;
     }
     if (layer_->CreateFeature(&copy) != OGRERR_NONE) fail(errors, "a record is refused");
 }
@@ -105,7 +117,14 @@ std::vector<std::byte> RepairedCopy::bytes() {
     const auto* data =
         reinterpret_cast<const std::byte*>(VSIGetMemFileBuffer(place_.c_str(), &size, FALSE));
     if (data == nullptr) fail(errors, "nothing was written");
-    return {data, data + size};
+    if (!isGeoJSON_) return {data, data + size};
+    std::string text(reinterpret_cast<const char*>(data), size);
+    constexpr std::string_view kList = "\"features\": [\n";
+    const std::size_t list = text.find(kList);
+    if (list == std::string::npos) fail(errors, "there is no place for records");
+    text.insert(list + kList.size(), records_);
+    const auto bytes = std::as_bytes(std::span(text));
+    return {bytes.begin(), bytes.end()};
 }
 
 }  // namespace mezalith::host

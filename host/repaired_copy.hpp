@@ -11,9 +11,14 @@
 namespace mezalith::host {
 
 /// A copy of a source of map data in the making. It comes into being in memory, in the form that
-/// the ending of `path` says; failures name that.
+/// the ending of `path` says; failures name that. Every number keeps its last bit.
 class RepairedCopy {
   public:
+    /// What the names of copies end in, in letters of either case.
+    static constexpr char kEndings[] = ".gpkg or .geojson";
+    static bool isName(const std::string& path);
+
+    /// `path` is such a name.
     explicit RepairedCopy(std::string path);
     ~RepairedCopy();
     RepairedCopy(const RepairedCopy&) = delete;
@@ -34,6 +39,8 @@ class RepairedCopy {
     GDALDatasetUniquePtr dataset_;
     OGRLayer* layer_ = nullptr;  ///< of the dataset
     bool isTransaction_ = false;
+    bool isGeoJSON_ = false;
+    std::string records_;  ///< of GeoJSON, to be put into what the dataset is without any
 };
 
 }  // namespace mezalith::host

@@ -102,9 +102,6 @@ void checkLayer(OGRLayer& layer, const ValidityCheck& check, RepairedCopy* copy)
 }
 
 std::vector<std::byte> checkWKBFile(const SourceAddress& address, const ValidityCheck& check) {
-    if (check.copy && !isWKBFile(*check.copy)) {
-        throw Failure(*check.copy, "a copy of a .wkb file ends in .wkb");
-    }
     std::vector<std::byte> bytes = readFile(address.name);
     const MzWKBReading geometry = readWKB(bytes);
     const Finding finding = findingOf(geometry);
@@ -125,8 +122,22 @@ std::vector<std::byte> checkDataset(const SourceAddress& address, const Validity
 
 }  // namespace
 
+std::optional<std::string> faultOfCopyName(const std::string& source, const std::string& copy) {
+    if (isWKBFile(SourceAddress::of(source).name)) {
+        if (isWKBFile(copy)) return {};
+        return "a copy of a .wkb file ends in .wkb";
+    }
+    if (RepairedCopy::isName(copy)) return {};
+    return std::string("a copy ends in ") + RepairedCopy::kEndings;
+}
+
 std::vector<std::byte> checkValidity(const std::string& source, const ValidityCheck& check) {
     const SourceAddress address = SourceAddress::of(source);
+    if (check.copy) {
+        if (const auto fault = faultOfCopyName(source, *check.copy)) {
+            throw Failure(*check.copy, *fault);
+        }
+    }
     try {
         return isWKBFile(address.name) ? checkWKBFile(address, check)
                                        : checkDataset(address, check);

@@ -41,6 +41,9 @@ struct ValidityCheck {
     std::optional<std::string> copy{};
 };
 
+/// What is wrong with `copy` as the name of a copy of `source`, if anything is.
+std::optional<std::string> faultOfCopyName(const std::string& source, const std::string& copy);
+
 /// Checks every geometry of a source, as `DataSource` names it, in its own coordinates. Answers the
 /// bytes of the copy, if one is wanted: every layer, record and attribute, geometries repaired
 /// where they are not valid, all others and what cannot be repaired as they are. Repaired ones are

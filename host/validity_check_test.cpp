@@ -5,11 +5,15 @@
 #include "host/failure_of.hpp"
 #include "host/wkb_file.hpp"
 #include "tests/support/temporary_folder.hpp"
+#include <mezalith/geometry/point_geometry.hpp>
 #include <mezalith/geometry/wkb_writer.hpp>
 #include <mezalith/geometry/wkt_reader.hpp>
 #include <mezalith/geometry/wkt_writer.hpp>
 
+#include <array>
+#include <bit>
 #include <cmath>
+#include <cstdio>
 #include <string_view>
 
 #include <gtest/gtest.h>
@@ -151,7 +155,7 @@ TEST(ValidityCheck, KeepsTheThirdCoordinateOfWhatIsSound) {
     const TemporaryFolder folder;
     Told told;
     const auto copy = check(folder.put("three.geojson", kThree), told, "copy.geojson");
-    EXPECT_NE(textOf(copy).find("4.0, 0.0, 9.0"), std::string::npos);
+    EXPECT_NE(textOf(copy).find("[4.0,0.0,9.0]"), std::string::npos);
 }
 
 TEST(ValidityCheck, RepairsWellKnownBinary) {
@@ -168,6 +172,79 @@ TEST(ValidityCheck, RepairsWellKnownBinary) {
     EXPECT_EQ(MzWKTOfGeometry(*readWKB(copy).geometry.record()), "POLYGON ((0 0, 4 4, 4 0, 0 0))");
     EXPECT_EQ(failureOf([&] { check(source, told, "closed.gpkg"); }),
               "closed.gpkg: a copy of a .wkb file ends in .wkb");
+}
+
+TEST(ValidityCheck, KeepsEveryNumberToItsLastBit) {
+    const TemporaryFolder folder;
+    const std::vector<double> numbers{0.30000000000000004,
+                                      1e-17,
+                                      -0.0,
+                                      5e-324,
+                                      1.7976931348623157e308,
+                                      123456789.12345678,
+                                      1e22,
+                                      0.1 + 0.7,
+                                      1.0000000000000002,
+                                      179.99999999999997,
+                                      7};
+    std::string features;
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
+        std::array<char, 40> text{};
+        std::snprintf(text.data(), text.size(), "%.17e", numbers[i]);
+        features += std::string(i == 0 ? "" : ",") + R"({"type": "Feature", "properties": {"n": )" +
+                    text.data() + R"(, "note": "\"geometry\": null }"}, "geometry": )" +
+                    R"({"type": "Point", "coordinates": [)" + text.data() + ", 1]}}";
+    }
+    const std::string source = folder.put(
+        "numbers.geojson", R"({"type": "FeatureCollection", "features": [)" + features + "]}");
+    for (const std::string name : {"copy.gpkg", "copy.geojson"}) {
+        Told told;
+        const Layer layer = DataSource(folder.put(name, textOf(check(source, told, name)))).read(0);
+        ASSERT_EQ(layer.features.size(), numbers.size()) << name;
+        for (std::size_t i = 0; i < numbers.size(); ++i) {
+            const Feature& feature = *layer.features[i];
+            const auto* point = static_cast<const MzPointGeometry*>(feature.geometry().get());
+            EXPECT_EQ(std::bit_cast<std::uint64_t>(point->x()),
+                      std::bit_cast<std::uint64_t>(numbers[i]))
+                << name << " " << i;
+            const auto read = std::get<double>(*feature.record()->attributes.find("n"));
+            EXPECT_EQ(read, numbers[i]) << name << " " << i;
+        }
+    }
+}
+
+TEST(ValidityCheck, CopiesEveryTypeOfGeometryIntoGeoJSON) {
+    const TemporaryFolder folder;
+    std::string table = "name,WKT\n";
+    for (const char* text :
+         {"POINT Z (1 2 3)", "POINT EMPTY", "LINESTRING (1 2,3 4)", "LINESTRING EMPTY",
+          "POLYGON ((0 0,9 0,9 9,0 0),(2 1,3 1,3 2,2 1))", "POLYGON EMPTY", "MULTIPOINT (1 2,3 4)",
+          "MULTILINESTRING ((1 2,3 4),(5 6,7 8))",
+          "MULTIPOLYGON (((0 0,9 0,9 9,0 0)),((0 1,0 9,8 9,0 1)))",
+          "GEOMETRYCOLLECTION (POINT (1 2),GEOMETRYCOLLECTION (LINESTRING (1 2,3 4)))"}) {
+        table += std::string("a,\"") + text + "\"\n";
+    }
+    Told told;
+    const auto text = textOf(check(folder.put("all.csv", table), told, "all.geojson"));
+    for (
+        const char* geometry :
+        {R"({"type":"Point","coordinates":[1.0,2.0,3.0]})", R"({"type":"Point","coordinates":[]})",
+         R"({"type":"LineString","coordinates":[[1.0,2.0],[3.0,4.0]]})",
+         R"({"type":"LineString","coordinates":[]})",
+         R"({"type":"Polygon","coordinates":[[[0.0,0.0],[9.0,0.0],[9.0,9.0],[0.0,0.0]],)"
+         R"([[2.0,1.0],[3.0,1.0],[3.0,2.0],[2.0,1.0]]]})",
+         R"({"type":"Polygon","coordinates":[]})",
+         R"({"type":"MultiPoint","coordinates":[[1.0,2.0],[3.0,4.0]]})",
+         R"({"type":"MultiLineString","coordinates":[[[1.0,2.0],[3.0,4.0]],[[5.0,6.0],[7.0,8.0]]]})",
+         R"({"type":"MultiPolygon","coordinates":[[[[0.0,0.0],[9.0,0.0],[9.0,9.0],[0.0,0.0]]],)"
+         R"([[[0.0,1.0],[0.0,9.0],[8.0,9.0],[0.0,1.0]]]]})",
+         R"({"type":"GeometryCollection","geometries":[{"type":"Point","coordinates":[1.0,2.0]},)"
+         R"({"type":"GeometryCollection","geometries":[)"
+         R"({"type":"LineString","coordinates":[[1.0,2.0],[3.0,4.0]]}]}]})"}) {
+        EXPECT_NE(text.find(std::string(R"("geometry":)") + geometry + "}"), std::string::npos)
+            << geometry << "\n"
+            << text;
+    }
 }
 
 TEST(ValidityCheck, KeepsTheFormOfWellKnownBinary) {
@@ -195,6 +272,7 @@ TEST(ValidityCheck, SaysWhichFormsThereAre) {
     Told told;
     EXPECT_EQ(failureOf([&] { check(source, told, "copy.shp"); }),
               "copy.shp: a copy ends in .gpkg or .geojson");
+    EXPECT_FALSE(check(source, told, "copy.GeoJSON").empty());
     EXPECT_EQ(failureOf([&] { check("/nowhere.gpkg", told); }),
               "/nowhere.gpkg: No such file or directory");
 }

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "apps/mezalith/arguments.hpp"
 #include "apps/mezalith/command_table.hpp"
 #include "apps/mezalith/output_file.hpp"
 #include "apps/mezalith/progress.hpp"
@@ -85,7 +86,11 @@ std::string lossesOf(const host::LayerValidity& all) {
 
 void run(const Given& given) {
     std::optional<OutputFile> file;
-    if (!given.repaired.empty()) file.emplace(given.repaired, given.overwrite);
+    if (!given.repaired.empty()) {
+        const auto fault = host::faultOfCopyName(given.source, given.repaired);
+        if (fault) throw UsageError(given.repaired, *fault);
+        file.emplace(given.repaired, given.overwrite);
+    }
     TextOutput output;
     Progress progress(Progress::isWanted(given.quiet));
     host::LayerValidity all;
