@@ -3,9 +3,13 @@
 
 #include "apps/mezalith/arguments.hpp"
 #include "host/failure_of.hpp"
+#include <mezalith/platform/graphics_port.hpp>
+#include <mezalith/platform/recording_port.hpp>
 
 #include <algorithm>
+#include <cmath>
 #include <optional>
+#include <sstream>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -91,6 +95,63 @@ TEST(Map, RefusesWhatIsNoCondition) {
     texts.select = "name";
     EXPECT_THROW(Map{texts}, UsageError);
 }
+
+#ifdef MEZALITH_WITH_PROJ
+/// The side within the view that is longest of all that are drawn, view points.
+struct LongestSide {
+    double length = 0;
+    MzPoint from{}, to{};
+};
+
+LongestSide longestSideOf(Map& map) {
+    platform::RecordingPort port;
+    const platform::GraphicsContext context(&port);
+    for (const host::Layer& layer : map.layers()) {
+        for (const auto& feature : layer.features) map.view().draw(*feature);
+    }
+    LongestSide longest;
+    MzPoint last{};
+    const MzRect view{{0, 0}, map.view().frame().size};
+    for (const std::string& line : port.lines()) {
+        std::istringstream words(line);
+        std::string operation;
+        MzPoint point{};
+        if (!(words >> operation >> point.x >> point.y)) continue;
+        if (operation == "addLineToPoint") {
+            const double length = std::hypot(point.x - last.x, point.y - last.y);
+            const MzPoint middle{(point.x + last.x) / 2, (point.y + last.y) / 2};
+            if (length > longest.length && MzPointInRect(middle, view)) {
+                longest = {length, last, point};
+            }
+        }
+        last = point;
+    }
+    return longest;
+}
+
+/// No line across the map, whatever takes the world to the plane and wherever it is cut.
+TEST(Map, DrawsNoLineAcrossTheWorld) {
+    for (const char* projection :
+         {"plate-carree", "epsg:3857", "epsg:32633", "epsg:3995", "epsg:3031", "epsg:3034",
+          "+proj=eqearth", "+proj=eqearth +lon_0=180", "+proj=moll +lon_0=150",
+          "+proj=robin +lon_0=-169", "+proj=igh", "+proj=healpix",
+          "+proj=laea +lat_0=-17 +lon_0=180", "+proj=ortho +lat_0=60 +lon_0=170"}) {
+        for (const MzSize size : {MzSize{900, 450}, MzSize{900, 300}}) {
+            MapTexts texts;
+            texts.sources = {MEZALITH_SOURCE_DIR "/data/map/naturalearth-50m.gpkg:land"};
+            texts.view.projection = projection;
+            texts.view.bbox = "-180,-90,180,90";
+            texts.view.size = std::to_string(static_cast<int>(size.width)) + "x" +
+                              std::to_string(static_cast<int>(size.height));
+            texts.quiet = true;
+            Map map = loaded(texts);
+            const LongestSide side = longestSideOf(map);
+            EXPECT_LT(side.length, 25) << projection << ": " << side.from.x << ' ' << side.from.y
+                                       << " to " << side.to.x << ' ' << side.to.y;
+        }
+    }
+}
+#endif
 
 }  // namespace
 }  // namespace mezalith::app
