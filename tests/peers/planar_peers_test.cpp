@@ -1,56 +1,24 @@
 // SPDX-License-Identifier: MIT
 #include "mezalith/geometry/test_support.hpp"
 #include "tests/peers/geos_peer.hpp"
+#include "tests/peers/stars.hpp"
 #include <mezalith/geometry/area.hpp>
-#include <mezalith/geometry/nearest_point.hpp>
 #include <mezalith/geometry/point_location.hpp>
 
-#include <cmath>
-#include <cstddef>
-#include <numbers>
-#include <random>
+#include <algorithm>
+#include <utility>
 
 #include <gtest/gtest.h>
 
 namespace mezalith {
 namespace {
 
-using Random = std::mt19937_64;
-
-double uniform(Random& random, double low, double high) {
-    return std::uniform_real_distribution<double>(low, high)(random);
-}
-
-/// A star around the origin; with `grid`, its corners are whole multiples of 1/8, so that points of
-/// that grid meet its corners and sides.
-test::Points star(Random& random, int corners, double least, double most, bool grid) {
-    test::Points points;
-    for (int i = 0; i < corners; ++i) {
-        const double angle = 2 * std::numbers::pi * i / corners;
-        const double radius = uniform(random, least, most);
-        MzPoint point{radius * std::cos(angle), radius * std::sin(angle)};
-        if (grid) point = {std::round(point.x * 8) / 8, std::round(point.y * 8) / 8};
-        points.push_back(point);
-    }
-    points.push_back(points.front());
-    return points;
-}
-
-test::Rings starWithHole(Random& random, bool grid) {
-    const int corners = 5 + static_cast<int>(random() % 60);
-    return {star(random, corners, 4, 10, grid), star(random, corners, 1, 3, grid)};
-}
-
-MzPoint pointNear(Random& random, bool grid) {
-    const MzPoint point{uniform(random, -10, 10), uniform(random, -10, 10)};
-    if (!grid) return point;
-    return {std::round(point.x * 8) / 8, std::round(point.y * 8) / 8};
-}
-
-MzPointLocation locationByGeos(const test::PreparedGeosPolygon& polygon, MzPoint point) {
-    if (polygon.contains(point)) return MzPointLocation::Inside;
-    return polygon.intersects(point) ? MzPointLocation::OnBorder : MzPointLocation::Outside;
-}
+using test::pointNear;
+using test::Random;
+using test::star;
+using test::stars;
+using test::starWithHole;
+using test::uniform;
 
 // 10^6 points, half of them on a grid with the corners.
 TEST(PlanarPeers, PointsLieWhereGeosSaysToo) {
@@ -61,11 +29,11 @@ TEST(PlanarPeers, PointsLieWhereGeosSaysToo) {
         const test::Rings rings = starWithHole(random, grid);
         test::OwnedPolygon owned(rings);
         const MzPolygon polygon = owned.record();
-        const test::PreparedGeosPolygon peer(rings);
+        const test::PreparedGeosArea peer(test::geosPolygon(rings));
         for (int j = 0; j < 1000; ++j) {
             const MzPoint point = pointNear(random, grid);
             const MzPointLocation location = MzLocatePoint(&polygon, point);
-            ASSERT_EQ(location, locationByGeos(peer, point))
+            ASSERT_EQ(location, test::locationByGeos(peer, point))
                 << "polygon " << i << " at " << point.x << ' ' << point.y;
             onBorder += location == MzPointLocation::OnBorder ? 1 : 0;
             inside += location == MzPointLocation::Inside ? 1 : 0;
@@ -81,27 +49,78 @@ TEST(PlanarPeers, AreasAreThoseOfGeos) {
         const test::Rings rings = starWithHole(random, false);
         test::OwnedPolygon owned(rings);
         const MzPolygon polygon = owned.record();
-        const double area = test::GeosPolygon(rings).area();
+        const double area = test::areaByGeos(test::geosPolygon(rings));
         ASSERT_NEAR(MzArea(&polygon), area, 1e-12 * area) << "polygon " << i;
     }
 }
 
-TEST(PlanarPeers, NearestPointsAreAsFarAsGeosSays) {
-    Random random(20261123);
-    for (int i = 0; i < 500; ++i) {
-        const test::Rings rings = starWithHole(random, i % 2 == 0);
-        test::OwnedPolygon owned(rings);
-        const MzPolygon polygon = owned.record();
-        const test::GeosPolygon peer(rings);
-        for (int j = 0; j < 20; ++j) {
-            const MzPoint point = pointNear(random, false);
-            const auto nearest = MzNearestPointOf(&polygon, point);
-            ASSERT_TRUE(nearest);
-            ASSERT_NEAR(nearest->distance, peer.distanceTo(point), 1e-13) << i << ' ' << j;
-            ASSERT_NEAR(std::hypot(nearest->point.x - point.x, nearest->point.y - point.y),
-                        nearest->distance, 1e-13);
+// Stars side by side and one in another's hole; half the points on a grid with the corners.
+TEST(PlanarPeers, PointsLieInMultiPolygonsWhereGeosSaysToo) {
+    Random random(20261127);
+    int onBorder = 0, inside = 0;
+    for (int i = 0; i < 300; ++i) {
+        const bool grid = i % 2 == 0;
+        const auto members = stars(random, grid);
+        test::OwnedMultiPolygon owned(members);
+        const MzMultiPolygon polygons = owned.record();
+        test::GeosGeometry geometry = test::geosMultiPolygon(members);
+        ASSERT_TRUE(test::isValidToGeos(geometry)) << "multi-polygon " << i;
+        const test::PreparedGeosArea peer(std::move(geometry));
+        for (int j = 0; j < 1000; ++j) {
+            const MzPoint point = test::pointAmongStars(random, grid);
+            const MzPointLocation location = MzLocatePoint(&polygons, point);
+            ASSERT_EQ(location, test::locationByGeos(peer, point))
+                << "multi-polygon " << i << " at " << point.x << ' ' << point.y;
+            onBorder += location == MzPointLocation::OnBorder ? 1 : 0;
+            inside += location == MzPointLocation::Inside ? 1 : 0;
         }
     }
+    EXPECT_GT(onBorder, 200);
+    EXPECT_GT(inside, 50'000);
+}
+
+TEST(PlanarPeers, AreasOfMultiPolygonsAreThoseOfGeos) {
+    Random random(20261128);
+    for (int i = 0; i < 5000; ++i) {
+        const auto members = stars(random, i % 2 == 0);
+        test::OwnedMultiPolygon owned(members);
+        const MzMultiPolygon polygons = owned.record();
+        const double area = test::areaByGeos(test::geosMultiPolygon(members));
+        ASSERT_NEAR(MzArea(&polygons), area, 1e-12 * area) << "multi-polygon " << i;
+    }
+}
+
+/// Of 1 for counter-clockwise; GEOS says NO of what has no inside, too.
+void expectOrientationOfGeos(test::Points points) {
+    const auto ring = test::recordOf<MzLinearRing>(points);
+    ASSERT_EQ(MzRingOrientation(&ring) == 1, test::isCounterclockwiseToGeos(points))
+        << points[0].x << ' ' << points[0].y << ' ' << points[1].x << ' ' << points[1].y;
+}
+
+TEST(PlanarPeers, RingsRunAsGeosSays) {
+    Random random(20261129);
+    for (int i = 0; i < 10'000; ++i) {
+        test::Points ring = star(random, 3 + i % 40, 4, 10, i % 2 == 0);
+        expectOrientationOfGeos(ring);
+        std::ranges::reverse(ring);
+        expectOrientationOfGeos(ring);
+    }
+}
+
+// Triangles whose third corner lies on a side but for rounding.
+TEST(PlanarPeers, SliversRunAsGeosSays) {
+    Random random(20261130);
+    int flat = 0;
+    for (int i = 0; i < 100'000; ++i) {
+        const MzPoint a = pointNear(random, i % 2 == 0), b = pointNear(random, i % 2 == 0);
+        const double share = uniform(random, 0, 1);
+        const MzPoint c{a.x + share * (b.x - a.x), a.y + share * (b.y - a.y)};
+        test::Points sliver{a, b, c, a};
+        expectOrientationOfGeos(sliver);
+        const auto ring = test::recordOf<MzLinearRing>(sliver);
+        flat += MzRingOrientation(&ring) == 0 ? 1 : 0;
+    }
+    EXPECT_LT(flat, 20'000);
 }
 
 }  // namespace
