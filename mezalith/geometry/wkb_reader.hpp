@@ -43,8 +43,8 @@ struct MzWKBReading {
 ///
 /// Coordinates keep every bit, those of NaNs included. The bytes are untrusted: counts are believed
 /// only as far as the bytes can hold them. Nothing but the block is allocated, and it is filled in
-/// one pass; where types and counts do not tell how large it must be (multi-polygons, collections,
-/// and whatever bytes may follow) a walk over the counts measures it first.
+/// one pass; where the head does not tell how large it must be (multi-polygons, collections, Z, M
+/// and SRIDs, and wherever bytes may follow) a walk over the counts measures it first.
 MEZALITH_EXPORT MzWKBReading MzReadWKB(std::span<const std::byte> bytes,
                                        MzTrailingBytes trailing = MzTrailingBytes::Refused);
 
