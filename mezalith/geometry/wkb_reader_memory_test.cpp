@@ -74,7 +74,7 @@ void expectOneBlock(const Bytes& bytes) {
 
 TEST(ReadWKBMemory, IsOneBlockHoweverManyPointsRingsAndMembersThereAre) {
     for (std::uint32_t type = 1; type <= 7; ++type) {
-        for (const std::size_t count : {0, 1, 10, 1000}) {
+        for (const std::size_t count : {0U, 1U, 10U, 1000U}) {
             SCOPED_TRACE(testing::Message() << count << " in type " << type);
             expectOneBlock(bytesOf(modelOf(type, count)));
         }
