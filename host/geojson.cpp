@@ -90,7 +90,12 @@ class Writer {
         if (!std::isfinite(p.x) || !std::isfinite(p.y)) {
             throw Failure("GeoJSON", "a coordinate is not a finite number");
         }
-        text += '[' + platform::shortestText(p.x) + ',' + platform::shortestText(p.y) + ']';
+        text += '[' + number(p.x) + ',' + number(p.y) + ']';
+    }
+
+    /// "-0" is an integer to readers of JSON, and 0.
+    static std::string number(double value) {
+        return value == 0 && std::signbit(value) ? "-0.0" : platform::shortestText(value);
     }
 };
 
@@ -147,7 +152,10 @@ class Reader {
         if (type != MzGeometryTypeGeometryCollection) {
             return coordinates(type, node.at("coordinates"));
         }
-        if (depth == MzDeepestCollection) node.fail("collections are nested too deeply");
+        // Without the path, which would be all of them.
+        if (depth == MzDeepestCollection) {
+            throw Failure("GeoJSON", "collections are nested too deeply");
+        }
         builder.begin(type);
         forEach(node.at("geometries"), [&](const Node& member) { geometry(member, depth + 1); });
         builder.end();

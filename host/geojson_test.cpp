@@ -96,7 +96,7 @@ TEST(GeoJSON, SaysWhereItIsWrong) {
 
 TEST(GeoJSON, RefusesCollectionsNestedTooDeeply) {
     EXPECT_EQ(rewritten(nested(100)), nested(100));
-    EXPECT_NE(failureOf(nested(101)).find("nested too deeply"), std::string::npos);
+    EXPECT_EQ(failureOf(nested(101)), "GeoJSON: collections are nested too deeply");
     const std::string deep(1'000'000, '[');
     EXPECT_EQ(failureOf(deep), "byte 1000001: this is not JSON");
     const std::string closed = deep + std::string(deep.size(), ']');

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "host/survey.hpp"
 
+#include <algorithm>
+#include <cmath>
+
 namespace mezalith::host {
 namespace {
 
@@ -27,13 +30,15 @@ void countParts(Survey& survey, const MzGeometryRecord& geometry) {
     }
 }
 
+bool isPlace(MzPoint point) { return !std::isnan(point.x) || !std::isnan(point.y); }
+
 }  // namespace
 
 Survey surveyOf(const MzGeometryRecord& geometry) {
     Survey survey;
     countParts(survey, geometry);
     MzVisitRuns(geometry, [&](std::span<const MzPoint> run) {
-        survey.vertices += run.size();
+        survey.vertices += static_cast<std::size_t>(std::ranges::count_if(run, isPlace));
         survey.bounds.add(run);
     });
     return survey;

@@ -12,7 +12,7 @@ namespace mezalith::host {
 struct Survey {
     std::size_t parts = 0;  ///< points, line strings and polygons
     std::size_t rings = 0;
-    std::size_t vertices = 0;  ///< closing points of rings included
+    std::size_t vertices = 0;  ///< closing points of rings included, empty points (NaN twice) not
     BoundingBox bounds;        ///< of the finite vertices
 };
 

@@ -3,6 +3,7 @@
 
 #include "host/wkb_file.hpp"
 #include <mezalith/geometry/geometry_model.hpp>
+#include <mezalith/geometry/wkt_reader.hpp>
 
 #include <cstdlib>
 #include <fstream>
@@ -78,6 +79,16 @@ TEST(SurveyOf, CountsWhatCollectionsHold) {
     EXPECT_EQ(survey.rings, 6u);
     EXPECT_EQ(survey.vertices, 6u * 5 + 2 + 5);
     EXPECT_EQ(survey.bounds, (BoundingBox{0, 0, 9, 9}));
+}
+
+TEST(SurveyOf, CountsNoVerticesOfEmptyPoints) {
+    const auto verticesOf = [](const char* text) {
+        return surveyOf(*MzReadWKT(text).geometry.record()).vertices;
+    };
+    EXPECT_EQ(verticesOf("POINT EMPTY"), 0u);
+    EXPECT_EQ(verticesOf("POINT (1 2)"), 1u);
+    EXPECT_EQ(verticesOf("MULTIPOINT ((1 2), EMPTY, (3 4))"), 2u);
+    EXPECT_EQ(verticesOf("GEOMETRYCOLLECTION (POINT EMPTY, LINESTRING (1 2, 3 4))"), 2u);
 }
 
 }  // namespace

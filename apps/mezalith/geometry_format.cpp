@@ -21,15 +21,17 @@ bool isIn(char c, std::string_view set) { return set.find(c) != std::string_view
 
 constexpr std::string_view kBlanks = " \t\r\n";
 
-std::string_view trimmed(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(kBlanks);
-    if (first == std::string_view::npos) return {};
-    return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+/// Of a text, without the byte order mark that some editors put before it.
+std::string_view textOf(std::span<const std::byte> bytes) {
+    std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    constexpr std::string_view kMark = "\xef\xbb\xbf";
+    if (text.starts_with(kMark)) text.remove_prefix(kMark.size());
+    return text;
 }
 
 std::vector<std::byte> bytesOfDigits(std::string_view text) {
     try {
-        return bytesFromHexadecimal("hexadecimal digits", trimmed(text));
+        return bytesFromHexadecimal("hexadecimal digits", text);
     } catch (const UsageError& error) {
         throw host::Failure("this is not a geometry", error.what());
     }
@@ -44,7 +46,7 @@ MzWKBReading readingOf(MzWKTReading text) {
 }
 
 MzWKBReading readAs(GeometryFormat format, std::span<const std::byte> bytes) {
-    const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    const std::string_view text = textOf(bytes);
     MzWKBReading reading;
     switch (format) {
         case GeometryFormat::WKT:
@@ -74,13 +76,13 @@ std::string written(const MzGeometryRecord& geometry, const GeometryOutput& outp
 }  // namespace
 
 GeometryFormat likelyFormatOf(std::span<const std::byte> bytes) {
-    const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    const std::string_view text = textOf(bytes);
     const std::size_t first = text.find_first_not_of(kBlanks);
     if (first == std::string_view::npos || text.starts_with(std::string_view("GP\0", 3))) {
         return GeometryFormat::Binary;
     }
     if (text[first] == '{') return GeometryFormat::GeoJSON;
-    if (isIn(text[first], "0123456789abcdefABCDEF")) return GeometryFormat::Digits;
+    if (isIn(text[first], "0123456789abcdefABCDEF\\")) return GeometryFormat::Digits;
     const bool isWord = isIn(text[first], "plmgsPLMGS");
     return isWord ? GeometryFormat::WKT : GeometryFormat::Binary;
 }
@@ -95,8 +97,7 @@ GeometryFormat geometryFormatArgument(const std::string& name, std::string_view 
 
 GivenGeometry readGeometry(std::span<const std::byte> bytes, GeometryFormat format) {
     if (format == GeometryFormat::Digits) {
-        const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-        return readGeometry(bytesOfDigits(text), GeometryFormat::Binary);
+        return readGeometry(bytesOfDigits(textOf(bytes)), GeometryFormat::Binary);
     }
     return {format, readAs(format, bytes), bytes.size()};
 }

@@ -36,6 +36,8 @@ TEST(GeometryFormat, IsToldByTheFirstByte) {
     EXPECT_EQ(likelyFormatOf(bytesOf("\1\1\0\0\0"sv)), GeometryFormat::Binary);
     EXPECT_EQ(likelyFormatOf({}), GeometryFormat::Binary);
     EXPECT_EQ(likelyFormatOf(bytesOf("0101")), GeometryFormat::Digits);
+    EXPECT_EQ(likelyFormatOf(bytesOf("0x01")), GeometryFormat::Digits);
+    EXPECT_EQ(likelyFormatOf(bytesOf("\\x01")), GeometryFormat::Digits);
     EXPECT_EQ(likelyFormatOf(bytesOf(" {")), GeometryFormat::GeoJSON);
 }
 
@@ -47,6 +49,13 @@ TEST(GeometryFormat, ReadsWhatItWrites) {
     }
     EXPECT_EQ(rewritten("POINT(1 2)", "wkb"), "0101000000000000000000f03f0000000000000040\n");
     EXPECT_EQ(rewritten("POINT(1 2)", "geojson"), "{\"type\":\"Point\",\"coordinates\":[1,2]}\n");
+}
+
+TEST(GeometryFormat, SkipsAByteOrderMark) {
+    for (const char* form : {"wkb", "wkt", "geojson"}) {
+        const std::string text = "\xef\xbb\xbf" + rewritten("POINT (1 2)", form);
+        EXPECT_EQ(rewritten(text, "wkt"), "POINT (1 2)\n") << form;
+    }
 }
 
 TEST(GeometryFormat, TellsWhatTheBytesSay) {
@@ -64,8 +73,9 @@ TEST(GeometryFormat, TellsWhatTheBytesSay) {
 TEST(GeometryFormat, SaysWhatIsWrong) {
     EXPECT_EQ(testing::failureOf([] { read("POINT(1"); }),
               "byte 7: expected a number, found the end of the text");
-    EXPECT_EQ(testing::failureOf([] { read("01xx"); }),
-              "this is not a geometry: hexadecimal digits: \"xx\" at digit 2 is not hexadecimal");
+    EXPECT_EQ(
+        testing::failureOf([] { read("01xx"); }),
+        "this is not a geometry: hexadecimal digits: \"x\" at character 2 is not hexadecimal");
     EXPECT_THROW(geometryOutputArgument("--to", "kml"), UsageError);
     EXPECT_THROW(geometryFormatArgument("--from", "wkb"), UsageError);
 }

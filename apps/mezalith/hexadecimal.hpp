@@ -9,8 +9,9 @@
 
 namespace mezalith::app {
 
-/// The bytes that pairs of hexadecimal digits in either case stand for. Throws a UsageError about
-/// the argument `name` for anything else.
+/// The bytes that pairs of hexadecimal digits in either case stand for, blanks and line ends
+/// between them and "\x" or "0x" before them left out. Throws a UsageError about the argument
+/// `name` for anything else.
 std::vector<std::byte> bytesFromHexadecimal(const std::string& name, std::string_view text);
 
 /// Two lower-case digits a byte.

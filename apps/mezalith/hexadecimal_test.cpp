@@ -23,11 +23,21 @@ TEST(Hexadecimal, ReadsDigitsOfEitherCase) {
     EXPECT_TRUE(bytesFromHexadecimal("--hex", "").empty());
 }
 
+TEST(Hexadecimal, ReadsWhatDatabasesPrint) {
+    for (const char* text :
+         {"0x00ffa1", "0X00FFA1", "\\x00ffa1", " \n0x00ffa1\r\n", "00 ff\r\n\ta1", "0 0f fa 1"}) {
+        EXPECT_EQ(hexadecimalFromBytes(bytesFromHexadecimal("--hex", text)), "00ffa1") << text;
+    }
+}
+
 TEST(Hexadecimal, SaysWhatIsWrong) {
     EXPECT_EQ(usageErrorOf("012"), "--hex: an odd number of digits");
-    EXPECT_EQ(usageErrorOf("010g"), "--hex: \"0g\" at digit 2 is not hexadecimal");
-    EXPECT_EQ(usageErrorOf("-1"), "--hex: \"-1\" at digit 0 is not hexadecimal");
-    EXPECT_EQ(usageErrorOf("0x01"), "--hex: \"0x\" at digit 0 is not hexadecimal");
+    EXPECT_EQ(usageErrorOf("0 1 0"), "--hex: an odd number of digits");
+    EXPECT_EQ(usageErrorOf("010g"), "--hex: \"g\" at character 3 is not hexadecimal");
+    EXPECT_EQ(usageErrorOf("-1"), "--hex: \"-\" at character 0 is not hexadecimal");
+    EXPECT_EQ(usageErrorOf("+1"), "--hex: \"+\" at character 0 is not hexadecimal");
+    EXPECT_EQ(usageErrorOf("0x0x"), "--hex: \"x\" at character 3 is not hexadecimal");
+    EXPECT_EQ(usageErrorOf("01 \xc3\xa9"), "--hex: \"\xc3\xa9\" at character 3 is not hexadecimal");
 }
 
 TEST(Hexadecimal, WritesWhatItReads) {

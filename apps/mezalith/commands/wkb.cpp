@@ -9,6 +9,7 @@
 #include "host/survey.hpp"
 #include "host/wkb_file.hpp"
 
+#include <algorithm>
 #include <array>
 #include <memory>
 #include <optional>
@@ -23,8 +24,8 @@ using Bytes = std::vector<std::byte>;
 
 struct Given {
     std::string file;
-    std::string hex;
-    std::string wkt;
+    std::optional<std::string> hex;
+    std::optional<std::string> wkt;
     std::string geoJSON;
     std::optional<GeometryFormat> from;
     std::optional<GeometryOutput> to;
@@ -45,11 +46,11 @@ struct Input {
 };
 
 Input inputOf(const Given& given) {
-    if (!given.hex.empty()) {
-        return {"--hex", bytesFromHexadecimal("--hex", given.hex), GeometryFormat::Binary};
+    if (given.hex) {
+        return {"--hex", bytesFromHexadecimal("--hex", *given.hex), GeometryFormat::Binary};
     }
-    if (!given.wkt.empty()) {
-        const auto text = std::as_bytes(std::span(given.wkt));
+    if (given.wkt) {
+        const auto text = std::as_bytes(std::span(*given.wkt));
         return {"--wkt", {text.begin(), text.end()}, GeometryFormat::WKT};
     }
     if (!given.geoJSON.empty()) {
@@ -100,24 +101,24 @@ std::string jsonOf(const GivenGeometry& input, const host::Survey& survey) {
 }
 
 /// What is to be written; nothing when the geometry is only to be inspected.
-std::optional<GeometryOutput> wantedOutput(const Given& given, const GivenGeometry& input) {
-    std::optional<GeometryOutput> wanted = given.to;
-    if (!wanted && given.toGeoJSON) wanted = GeometryOutput{GeometryFormat::GeoJSON, {}};
-    if (!wanted && !given.geoJSON.empty()) wanted = GeometryOutput{};
-    if (!wanted) return wanted;
-    wanted->binary.isLittleEndian = !given.isBigEndian;
-    wanted->binary.srid = given.srid ? given.srid : input.reading.srid;
+std::optional<GeometryOutput> wantedOutput(const Given& given) {
+    if (given.to) return given.to;
+    if (given.toGeoJSON) return GeometryOutput{GeometryFormat::GeoJSON, {}};
+    if (!given.geoJSON.empty()) return GeometryOutput{};
+    return {};
+}
+
+Bytes converted(const Given& given, const GivenGeometry& input, GeometryOutput output) {
+    output.binary.isLittleEndian = !given.isBigEndian;
+    output.binary.srid = given.srid ? given.srid : input.reading.srid;
     const bool isDigits = given.digits || given.output.empty();
-    if (wanted->format == GeometryFormat::Binary && isDigits) {
-        wanted->format = GeometryFormat::Digits;
-    }
-    return wanted;
+    if (output.format == GeometryFormat::Binary && isDigits) output.format = GeometryFormat::Digits;
+    return writtenGeometry(*input.reading.geometry.record(), output);
 }
 
 Bytes resultOf(const Given& given, const GivenGeometry& input) {
-    const MzGeometryRecord& geometry = *input.reading.geometry.record();
-    if (const auto wanted = wantedOutput(given, input)) return writtenGeometry(geometry, *wanted);
-    const host::Survey survey = host::surveyOf(geometry);
+    if (const auto wanted = wantedOutput(given)) return converted(given, input, *wanted);
+    const host::Survey survey = host::surveyOf(*input.reading.geometry.record());
     const std::string text = given.json ? jsonOf(input, survey) : textOf(input, survey);
     const auto bytes = std::as_bytes(std::span(text));
     return {bytes.begin(), bytes.end()};
@@ -132,14 +133,36 @@ Bytes resultOf(const Given& given) {
     }
 }
 
-void run(const Given& given) {
-    int inputs = 0;
-    for (const std::string* input : {&given.file, &given.hex, &given.wkt, &given.geoJSON}) {
-        inputs += input->empty() ? 0 : 1;
-    }
-    if (inputs != 1) {
+void checkInputs(const Given& given) {
+    const std::array<bool, 4> inputs{!given.file.empty(), given.hex.has_value(),
+                                     given.wkt.has_value(), !given.geoJSON.empty()};
+    if (std::ranges::count(inputs, true) != 1) {
         throw UsageError("wkb", "one of FILE, --hex, --wkt and --from-geojson is wanted");
     }
+    if (given.hex == "") throw UsageError("--hex", "the text is empty");
+    if (given.wkt == "") throw UsageError("--wkt", "the text is empty");
+}
+
+/// Refuses options that would do nothing.
+void checkOptions(const Given& given) {
+    const auto refuse = [](bool isIdle, const char* option, const char* why) {
+        if (isIdle) throw UsageError(option, why);
+    };
+    const auto wanted = wantedOutput(given);
+    const bool isBinary = wanted && wanted->format == GeometryFormat::Binary;
+    const bool hasSRID = isBinary && (wanted->binary.form == MzWKBForm::EWKB ||
+                                      wanted->binary.form == MzWKBForm::GeoPackage);
+    constexpr char kBinaryOnly[] = "only for what becomes wkb, iso, ewkb or gpkg";
+    refuse(given.from && given.file.empty(), "--from", "only for a FILE");
+    refuse(given.json && wanted, "--json", "not for what is converted");
+    refuse(given.isBigEndian && !isBinary, "--big-endian", kBinaryOnly);
+    refuse(given.digits && !isBinary, "--digits", kBinaryOnly);
+    refuse(given.srid && !hasSRID, "--srid", "only for what becomes ewkb or gpkg");
+}
+
+void run(const Given& given) {
+    checkInputs(given);
+    checkOptions(given);
     if (given.output.empty()) {
         const Bytes result = resultOf(given);
         TextOutput output;
@@ -157,8 +180,15 @@ void addInputs(CLI::App& command, Given& given) {
                     "File with one geometry: Well-Known Binary of any form, its hexadecimal "
                     "digits, Well-Known Text or GeoJSON")
         ->type_name("");
-    command.add_option("--hex", given.hex, "The geometry itself, in hexadecimal")->type_name("HEX");
-    command.add_option("--wkt", given.wkt, "The geometry itself, as Well-Known Text")
+    command
+        .add_option_function<std::string>(
+            "--hex", [&given](const std::string& text) { given.hex = text; },
+            "The geometry itself, in hexadecimal, with or without \\x or 0x before it")
+        ->type_name("HEX");
+    command
+        .add_option_function<std::string>(
+            "--wkt", [&given](const std::string& text) { given.wkt = text; },
+            "The geometry itself, as Well-Known Text")
         ->type_name("TEXT");
     command
         .add_option("--from-geojson", given.geoJSON,
