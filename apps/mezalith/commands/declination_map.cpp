@@ -6,6 +6,7 @@
 #include "apps/mezalith/isogonic_map.hpp"
 #include "apps/mezalith/layer_styles.hpp"
 #include "apps/mezalith/picture.hpp"
+#include "apps/mezalith/text_output.hpp"
 #include "apps/mezalith/view_options.hpp"
 #include "host/data_source.hpp"
 #include "host/failure.hpp"
@@ -53,6 +54,7 @@ void drawLand(host::MapView& view, const std::string& coast) {
     host::DataSource source(coast);
     for (std::size_t i = 0; i < source.layerNames().size(); ++i) {
         const host::Layer layer = source.read(i, {}, view.seen());
+        tellUnusable(coast, layer.name, layer.unusable);
         for (const auto& feature : layer.features) {
             feature->setStyle(styles.style(layer.name, feature->form()));
             view.draw(*feature);

@@ -45,6 +45,7 @@ Features readFeatures(const Given& given) {
     Features features;
     for (std::size_t i = 0; i < source.layerNames().size(); ++i) {
         const host::Layer layer = source.read(i);
+        tellUnusable(given.source, layer.name, layer.unusable);
         features.insert(features.end(), layer.features.begin(), layer.features.end());
     }
     if (!given.feature) return features;
