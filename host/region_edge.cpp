@@ -76,11 +76,11 @@ RegionEdge::RegionEdge(const MzProjectionRegion& region)
       middle_(direction(region.centre)),
       toEast_{-std::sin(region.centre.x * kRadians), std::cos(region.centre.x * kRadians), 0},
       cosine_(std::cos(region.reach * kRadians)),
-      sine_(std::sin(region.reach * kRadians)) {
+      sine_(std::sin(region.reach * kRadians)),
+      length_(kTurn) {
     toNorth_ = {middle_.y * toEast_.z - middle_.z * toEast_.y,
                 middle_.z * toEast_.x - middle_.x * toEast_.z,
                 middle_.x * toEast_.y - middle_.y * toEast_.x};
-    length_ = kTurn;
     if (!isCap_) addCorners();
     const int marks = static_cast<int>(std::ceil(length_ / kMark));
     for (int i = 0; i < marks; ++i) marks_.push_back(i * kMark);
