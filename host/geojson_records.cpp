@@ -96,7 +96,8 @@ std::string geometryText(const OGRGeometry& geometry) {
         return geometryText(*OGRGeometryUniquePtr(geometry.getLinearGeometry()));
     }
     std::string text = plainText(geometry);
-    return text.find(kNone) == std::string::npos ? text : std::string(kNone);
+    if (text.find(kNone) != std::string::npos) text = kNone;
+    return text;
 }
 
 std::string quoted(const std::string& text) {

@@ -78,10 +78,12 @@ std::string countedOf(std::size_t part, std::size_t all) {
 }
 
 std::string lossesOf(const host::LayerValidity& all) {
-    const std::string text =
+    std::string text =
         countedOf(all.lost, all.records) + " are beyond repair and copied as they are";
-    if (all.missing == 0) return text;
-    return text + ", " + std::to_string(all.missing) + " of them without a geometry";
+    if (all.missing > 0) {
+        text += ", " + std::to_string(all.missing) + " of them without a geometry";
+    }
+    return text;
 }
 
 void run(const Given& given) {
