@@ -124,6 +124,7 @@ TEST(ValidityCheck, SaysWhichCoordinatesARepairDrops) {
     Told told;
     check(source, told);
     std::vector<std::string> dropped;
+    dropped.reserve(told.found.size());
     for (const InvalidRecord& record : told.found) dropped.push_back(record.dropped);
     EXPECT_EQ(dropped, (std::vector<std::string>{"", "Z", "M", ""}));
 }
