@@ -15,6 +15,11 @@
 namespace mezalith::app {
 namespace {
 
+/// What is wrong with the numbers, not with where the answers go.
+struct Unanswered : host::Failure {
+    using Failure::Failure;
+};
+
 double checkedNumber(const NumberField& field, const std::string& text) {
     const double number = numberArgument(field.name, text);
     if (field.kind == NumberField::Kind::Latitude) checkLatitude(field.name, number);
@@ -132,7 +137,7 @@ void NumberQuery::answerLines(std::istream& input, TextOutput& output) const {
         isFirst = false;
         try {
             answer(numbers, output);
-        } catch (const host::Failure& failure) {
+        } catch (const Unanswered& failure) {
             throw failure.within(place());
         }
         numbers.clear();
@@ -155,7 +160,7 @@ void NumberQuery::answer(std::span<const double> numbers, TextOutput& output) co
 
 void NumberQuery::write(const Answer& answer, TextOutput& output) const {
     for (const auto& [name, value] : answer) {
-        if (!std::isfinite(value)) throw host::Failure(name, "no answer to these numbers");
+        if (!std::isfinite(value)) throw Unanswered(name, "no answer to these numbers");
     }
     std::span<const Answer::value_type> shown = answer;
     if (textForm_ == TextForm::FirstValue)
