@@ -87,6 +87,7 @@ function(mezalith_test name)
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR})
   target_link_libraries(${name} PRIVATE
     ${arg_LINKS} mezalith_options ${RAPIDCHECK_LIBRARY} GTest::gtest_main)
+  target_compile_options(${name} PRIVATE ${MEZALITH_TEST_OPTIONS})
   # Only tests that ask are told where the sources are, so that the others, once compiled, serve
   # every checkout.
   foreach(source IN LISTS arg_SOURCES)
