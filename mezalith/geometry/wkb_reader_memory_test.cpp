@@ -19,15 +19,26 @@ std::atomic<std::size_t> blocks = 0;
 
 }  // namespace
 
+// Every form that is used, as sanitizers bring forms of their own that do not call each other.
+
 [[gnu::noinline]] void* operator new(std::size_t size) {
     ++blocks;
     void* const block = std::malloc(size);
     if (block == nullptr) throw std::bad_alloc();
     return block;
 }
+[[gnu::noinline]] void* operator new[](std::size_t size) { return operator new(size); }
+[[gnu::noinline]] void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+    ++blocks;
+    return std::malloc(size);
+}
 
 [[gnu::noinline]] void operator delete(void* block) noexcept { std::free(block); }
 [[gnu::noinline]] void operator delete(void* block, std::size_t /*size*/) noexcept {
+    std::free(block);
+}
+[[gnu::noinline]] void operator delete[](void* block) noexcept { std::free(block); }
+[[gnu::noinline]] void operator delete[](void* block, std::size_t /*size*/) noexcept {
     std::free(block);
 }
 
