@@ -1,46 +1,15 @@
 // SPDX-License-Identifier: MIT
+#include "tests/support/counted_blocks.hpp"
 #include <mezalith/geometry/geometry_model.hpp>
 #include <mezalith/geometry/wkb_reader.hpp>
 #include <mezalith/geometry/wkb_writer.hpp>
 
-#include <atomic>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
-#include <new>
 #include <utility>
 
 #include <gtest/gtest.h>
-
-namespace {
-
-std::atomic<std::size_t> blocks = 0;
-
-}  // namespace
-
-// Every form that is used, as sanitizers bring forms of their own that do not call each other.
-
-[[gnu::noinline]] void* operator new(std::size_t size) {
-    ++blocks;
-    void* const block = std::malloc(size);
-    if (block == nullptr) throw std::bad_alloc();
-    return block;
-}
-[[gnu::noinline]] void* operator new[](std::size_t size) { return operator new(size); }
-[[gnu::noinline]] void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-    ++blocks;
-    return std::malloc(size);
-}
-
-[[gnu::noinline]] void operator delete(void* block) noexcept { std::free(block); }
-[[gnu::noinline]] void operator delete(void* block, std::size_t /*size*/) noexcept {
-    std::free(block);
-}
-[[gnu::noinline]] void operator delete[](void* block) noexcept { std::free(block); }
-[[gnu::noinline]] void operator delete[](void* block, std::size_t /*size*/) noexcept {
-    std::free(block);
-}
 
 namespace mezalith {
 namespace {

@@ -1,36 +1,18 @@
 // SPDX-License-Identifier: MIT
+#include "tests/support/counted_blocks.hpp"
 #include <mezalith/platform/predicates/format_predicate.hpp>
 #include <mezalith/platform/predicates/predicate_subject.hpp>
 
-#include <atomic>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
-#include <new>
 #include <string>
 
 #include <gtest/gtest.h>
 
-namespace {
-
-std::atomic<std::size_t> blocks = 0;
-
-}  // namespace
-
-[[gnu::noinline]] void* operator new(std::size_t size) {
-    ++blocks;
-    void* const block = std::malloc(size);
-    if (block == nullptr) throw std::bad_alloc();
-    return block;
-}
-
-[[gnu::noinline]] void operator delete(void* block) noexcept { std::free(block); }
-[[gnu::noinline]] void operator delete(void* block, std::size_t /*size*/) noexcept {
-    std::free(block);
-}
-
 namespace mezalith::platform {
 namespace {
+
+using mezalith::test::blocks;
 
 /// How many blocks an evaluation takes from the heap, once it has been asked before.
 std::size_t blocksTaken(const char* format) {
