@@ -6,6 +6,7 @@
 #include <mezalith/medialaxis/grid_network.hpp>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <map>
 
@@ -53,6 +54,7 @@ class NetworkBuilder {
         }
         builder.construct(&diagram_);
         diagram_.settle();
+        collectSites();
     }
 
     std::optional<GridNetwork> build() {
@@ -66,7 +68,7 @@ class NetworkBuilder {
         std::optional<GridNode> best;
         for (const InnerDiagram::Edge& edge : diagram_.edges()) {
             if (edge.side != Side::Inside) continue;
-            if (!isPossible(edge)) return std::nullopt;
+            if (!isRight(edge)) return std::nullopt;
             for (const std::uint32_t vertex : edge.vertices) {
                 const GridNode node = nodeAt(vertex, edge);
                 if (!best || node.clearance > best->clearance) best = node;
@@ -120,6 +122,49 @@ class NetworkBuilder {
         return true;
     }
 
+    /// Up to three of the sites that a vertex is as far from as from no other.
+    struct NearestSites {
+        std::array<Site, 3> sites;
+        std::uint32_t count = 0;
+
+        void add(Site site) {
+            const bool isKnown =
+                std::any_of(sites.begin(), sites.begin() + count,
+                            [site](Site known) { return known.code == site.code; });
+            if (!isKnown && count < sites.size()) sites[count++] = site;
+        }
+    };
+
+    void collectSites() {
+        nearest_.resize(diagram_.vertices().size());
+        for (const InnerDiagram::Edge& edge : diagram_.edges()) {
+            if (edge.side != Side::Inside) continue;
+            for (const std::uint32_t vertex : edge.vertices) {
+                if (vertex == kNoVertex) continue;
+                for (const Site site : edge.sites) nearest_[vertex].add(site);
+            }
+        }
+    }
+
+    /// Whether an edge is one of a Voronoi diagram, as far as can be seen from its ends: no site of
+    /// one end is nearer to the other end than those of the edge are. Source: Delaunay (1934), Sur
+    /// la sphere vide, for points: a triangulation that holds so across every edge holds so
+    /// everywhere.
+    bool isRight(const InnerDiagram::Edge& edge) const {
+        if (!isPossible(edge)) return false;
+        for (const int end : {0, 1}) {
+            const InnerDiagram::Vertex& vertex = diagram_.vertices()[edge.vertices[end]];
+            const MzPoint p{vertex.x, vertex.y};
+            const double least = distanceTo(edge.sites[0], p) - kSlack;
+            const NearestSites& others = nearest_[edge.vertices[1 - end]];
+            for (std::uint32_t i = 0; i < others.count; ++i) {
+                const Site other = others.sites[i];
+                if (distanceTo(other, p) < least && isBeside(other, p)) return false;
+            }
+        }
+        return true;
+    }
+
     /// The corner that two segments have in common, or null.
     const GridPoint* cornerOf(const InnerDiagram::Edge& edge) const {
         if (!edge.sites[0].isSegment() || !edge.sites[1].isSegment()) return nullptr;
@@ -153,7 +198,7 @@ class NetworkBuilder {
         for (const InnerDiagram::Edge& edge : diagram_.edges()) {
             if (edge.side != Side::Inside) continue;
             const auto [a, b] = edge.vertices;
-            if (!isPossible(edge)) return false;
+            if (!isRight(edge)) return false;
             if (isNear(vertices[a], vertices[b])) sets.join(a, b);
         }
         if (outline_.isTouching) joinCorners(sets);
@@ -237,7 +282,8 @@ class NetworkBuilder {
 
     const GridOutline& outline_;
     InnerDiagram diagram_;
-    std::vector<std::uint32_t> nodes_;  ///< of the vertices
+    std::vector<NearestSites> nearest_;  ///< of the vertices
+    std::vector<std::uint32_t> nodes_;   ///< of the vertices  ///< of the vertices
     GridNetwork network_;
 };
 

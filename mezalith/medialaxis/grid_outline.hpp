@@ -50,7 +50,7 @@ MEZALITH_EXPORT int turn(GridPoint a, GridPoint b, GridPoint c);
 MEZALITH_EXPORT bool isMeeting(const GridSegment& s, const GridSegment& t);
 
 /// The outline of the area inside an odd number of rings, in whichever direction these run, closed
-/// or not. The grid has 2^31 to 2^32 steps over the larger side of the polygon's box; rings that
+/// or not. The grid has 2^30 to 2^31 steps over the larger side of the polygon's box; rings that
 /// cross, touch or run along one another are parted where they do, at the nearest grid points. No
 /// point of the outline is further than 3 steps from where it should be. Points that are not finite
 /// are left out, and `coarser` leaves out so many bits of the grid. No segments for null and for

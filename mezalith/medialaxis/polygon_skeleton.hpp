@@ -35,7 +35,7 @@ struct MzSkeletonArc {
 ///
 /// Inside is what an odd number of rings surround, whichever way they run. Rings may be open,
 /// repeat points, touch and cross themselves and each other. They are brought onto a grid of at
-/// least 2^31 steps over the larger side of the polygon's box; no point of the outline moves by
+/// least 2^30 steps over the larger side of the polygon's box; no point of the outline moves by
 /// more than 3 steps, so what is narrower than that may vanish. Points that are not finite are left
 /// out.
 ///
