@@ -37,6 +37,8 @@ class DataSource::Backend {
     virtual void forEachRecord(std::size_t index, const Sink& sink) = 0;
     /// Everywhere, when there is none.
     virtual void lookOnlyAt(std::size_t index, const std::optional<BoundingBox>& area) = 0;
+    /// Whether what lies in an area comes in the order of an index and not in that of its numbers.
+    virtual bool isIndexed(std::size_t index) const = 0;
 };
 
 namespace {
@@ -54,6 +56,7 @@ class WKBBackend final : public DataSource::Backend {
         sink({.id = 1, .attributes = {}, .geometry = readWKB(bytes_).geometry, .problem = {}});
     }
     void lookOnlyAt(std::size_t, const std::optional<BoundingBox>&) override {}
+    bool isIndexed(std::size_t) const override { return false; }
 
   private:
     std::string name_;
@@ -186,6 +189,10 @@ class LibraryBackend final : public DataSource::Backend {
                                    finite(area->maxY));
     }
 
+    bool isIndexed(std::size_t index) const override {
+        return layers_[index]->TestCapability(OLCFastSpatialFilter) != FALSE;
+    }
+
   private:
     /// The limit, or one beyond all coordinates: drivers write it into queries, where no infinity
     /// can stand.
@@ -292,6 +299,11 @@ Layer DataSource::read(std::size_t index, const Progress& progress,
                       [&](SourceRecord&& record) { addToLayer(layer, std::move(record)); });
     } catch (const Failure& failure) {
         throw failure.within(source_);
+    }
+    // What lies over what is not for the view to decide.
+    if (area && backend_->isIndexed(index)) {
+        std::ranges::stable_sort(layer.features, {},
+                                 [](const auto& feature) { return feature->record()->id; });
     }
     return layer;
 }

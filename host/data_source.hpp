@@ -74,7 +74,7 @@ class DataSource {
     /// member of a collection, sharing their attributes. Records without a geometry, and those
     /// whose geometry cannot be used, make none. With an `area`, in degrees, records that lie
     /// outside of it, and of its repetitions 360 degrees to the east and the west, are left out
-    /// where the source can tell without reading them all.
+    /// where the source can tell without reading them all; the others keep their order.
     Layer read(std::size_t index, const Progress& progress = {},
                const std::optional<BoundingBox>& area = {});
 

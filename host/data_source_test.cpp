@@ -8,6 +8,7 @@
 #include <mezalith/geometry/multi_point_geometry.hpp>
 #include <mezalith/geometry/point_geometry.hpp>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
@@ -237,6 +238,16 @@ TEST_F(DataSourceTest, FindsWhatIsStoredBeyondTheGlobeInItsArea) {
     DataSource source(put("far.csv", "name,WKT\na,POINT (190 10)\nb,POINT (10 10)\n"));
     EXPECT_EQ(source.read(0, {}, BoundingBox{-175, 0, -165, 20}).features.front()->featureName(),
               "a");
+}
+
+TEST_F(DataSourceTest, KeepsTheOrderOfRecordsInAnArea) {
+    DataSource source(kMaps + "naturalearth-110m.gpkg:countries");
+    std::vector<std::int64_t> ids;
+    for (const auto& feature : source.read(0, {}, BoundingBox{-30, -40, 80, 75}).features) {
+        ids.push_back(feature->record()->id);
+    }
+    EXPECT_GT(ids.size(), 100u);
+    EXPECT_TRUE(std::ranges::is_sorted(ids));
 }
 
 TEST_F(DataSourceTest, ReadsAllOfAnotherReferenceSystem) {

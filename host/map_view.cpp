@@ -16,6 +16,8 @@ namespace {
 
 /// View points around the view that are drawn with it, for symbols as they are; those of regions.
 constexpr double kMargin = 50;
+/// View points for what a stroke's edge and the pixels of a symbol round.
+constexpr double kRounding = 1;
 
 /// Points along each side of an area from which its projected extent is taken.
 constexpr int kSamples = 128;
@@ -87,13 +89,17 @@ MapView::MapView(ViewFrame frame)
     region_ = MzClippingRegion::initWithDrawContext(this);
     region_->setMinSpacing(frame_.spacing / frame_.pixelRatio * unitsPerPixel_);
     // Strokes along the border stay out of sight, however they are scaled.
-    const double margin =
-        std::max(kMargin * std::max(1.0, frame_.scaleFactor), frame_.reach) * unitsPerPixel_;
-    region_->setClippingRect(MzInsetRect(bounds_, -margin, -margin));
+    const double margin = kMargin * std::max(1.0, frame_.scaleFactor);
+    region_->setClippingRect(around(std::max(margin, frame_.reach.value_or(margin))));
     region_->setExact(true);
-    cutter_ =
-        std::make_unique<ViewCutter>(frame_.projection, BoundingBox::of(region_->clippingRect()),
-                                     kTolerance / frame_.pixelRatio * unitsPerPixel_);
+    const double reach = frame_.reach ? *frame_.reach + kRounding : margin;
+    cutter_ = std::make_unique<ViewCutter>(frame_.projection, BoundingBox::of(around(reach)),
+                                           kTolerance / frame_.pixelRatio * unitsPerPixel_);
+}
+
+MzRect MapView::around(double margin) const {
+    const double units = margin * unitsPerPixel_;
+    return MzInsetRect(bounds_, -units, -units);
 }
 
 std::shared_ptr<MzAffineTransform> MapView::projectedToPixelTransform() const {

@@ -25,10 +25,10 @@ struct ViewFrame {
     /// pixels. Half a pixel cannot be seen in any one outline; where a picture is magnified, it
     /// can.
     double spacing = 0.5;
-    /// How far (view points) what is drawn reaches beyond its place: from so far outside of the
-    /// view, and 50 points times the scale factor at least, it is still drawn, and that far outside
-    /// lines are cut off.
-    double reach = 0;
+    /// How far (view points) what is drawn reaches beyond its place: what lies farther outside of
+    /// the view is not drawn. Unless it is known, 50 points times the scale factor. Lines are cut
+    /// off so far outside at the least.
+    std::optional<double> reach{};
 };
 
 /// A map view: the draw context of everything that is drawn in one frame. It fits the frame's area
@@ -78,6 +78,8 @@ class MapView final : public MzDrawContext {
     const platform::View& subviews() const { return subviews_; }
 
   private:
+    /// The view and what lies within so many view points around it, projected units.
+    MzRect around(double margin) const;
     std::vector<std::shared_ptr<Feature>> piecesOf(const Feature& feature) const;
     BoundingBox projectedBox(const Feature& piece) const;
 

@@ -126,6 +126,25 @@ TEST(MapView, ClipsFartherOutWhereWhatIsDrawnReachesFarther) {
         MzEqualRects(MapView(frame).clippingRegion()->clippingRect(), {{-9, -9}, {58, 38}}));
 }
 
+TEST(MapView, DrawsWhatReachesIntoTheViewAndNothingFarther) {
+    ViewFrame frame{.projection = kDegrees, .area = {0, 0, 40, 20}, .size = {400, 200}};
+    const auto isDrawn = [&frame](double x) {
+        const Feature place(std::make_shared<FeatureRecord>(),
+                            {Form::Points, MzPointGeometry::initWithPoint({x, 10})});
+        return !MapView(frame).projectedBoxes(place).empty();
+    };
+    EXPECT_TRUE(isDrawn(-4.9));
+    EXPECT_FALSE(isDrawn(-5.5));
+    frame.reach = 20;
+    EXPECT_TRUE(isDrawn(-2));
+    EXPECT_FALSE(isDrawn(-2.5));
+    frame.reach = 90;
+    EXPECT_TRUE(isDrawn(-9));
+    frame.reach = 0;
+    EXPECT_TRUE(isDrawn(0));
+    EXPECT_FALSE(isDrawn(-0.5));
+}
+
 TEST(MapView, ProjectsTheAreasOutline) {
     const auto zone = MzMapProjection::mapProjectionWithUTMZone(33);
     const BoundingBox extent = projectedArea(*zone, {4, 58, 26, 71});

@@ -10,6 +10,7 @@
 #include "host/feature_index.hpp"
 #include "host/halves.hpp"
 
+#include <algorithm>
 #include <cstdint>
 
 namespace mezalith::app {
@@ -114,7 +115,7 @@ host::BoundingBox Map::bounds() const {
     return box;
 }
 
-void Map::load(double pixelRatio, double spacing) {
+void Map::load(double pixelRatio, double spacing, double leastReach) {
     host::ViewFrame frame{.projection = options_.projection,
                           .area = {},
                           .size = options_.size,
@@ -125,7 +126,7 @@ void Map::load(double pixelRatio, double spacing) {
     std::vector<std::string> names = layerNamesOf(sources);
     if (!geodesics_.empty()) names.emplace_back(host::kGeodesicLayer);
     styles_.checkLayers(names);
-    frame.reach = styles_.reach(names, options_.scaleFactor);
+    frame.reach = std::max(leastReach, styles_.reach(names, options_.scaleFactor));
     const auto area = areaToRead(frame, options_.area);
     for (std::size_t i = 0; i < sources.size(); ++i) {
         for (std::size_t j = 0; j < sources[i]->layerNames().size(); ++j) {
@@ -143,9 +144,11 @@ void Map::readLayer(std::size_t source, host::DataSource& data, std::size_t inde
                     const std::optional<host::BoundingBox>& area) {
     const std::string task = "reading " + data.layerNames()[index];
     {
-        Progress progress(Progress::isWanted(quiet_));
-        layers_.push_back(data.read(
-            index, [&](double share) { progress.show(task, share); }, area));
+        const bool isWanted = Progress::isWanted(quiet_);
+        Progress progress(isWanted);
+        host::DataSource::Progress show;
+        if (isWanted) show = [&](double share) { progress.show(task, share); };
+        layers_.push_back(data.read(index, show, area));
     }
     host::Layer& layer = layers_.back();
     tellUnusable(sources_[source], layer.name, layer.unusable);

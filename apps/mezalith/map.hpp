@@ -43,10 +43,12 @@ class Map {
     const ViewOptions& options() const { return options_; }
 
     /// Reads the sources and makes the view, of `pixelRatio` backing pixels per view point and
-    /// with vertices `spacing` backing pixels apart. Says on standard error what is left out.
+    /// with vertices `spacing` backing pixels apart. Reads what the view shows, and what lies
+    /// around it within the reach of its style or of `leastReach` view points. Says on standard
+    /// error what is left out.
     /// Throws a UsageError for styles of layers that there are not, and a host::Failure for sources
     /// that cannot be read and when there is nothing to see.
-    void load(double pixelRatio, double spacing = host::ViewFrame().spacing);
+    void load(double pixelRatio, double spacing = host::ViewFrame().spacing, double leastReach = 0);
 
     /// In the order of drawing.
     const Layers& layers() const { return layers_; }

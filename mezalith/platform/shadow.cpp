@@ -2,7 +2,17 @@
 #include <mezalith/platform/graphics_port.hpp>
 #include <mezalith/platform/shadow.hpp>
 
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
 namespace mezalith::platform {
+
+double shadowReach(MzSize offset, double blur) {
+    // A blur of less than nothing is none; the rounding is that of a mask and of its place.
+    const double reach = std::hypot(offset.width, offset.height) + 3 * std::max(blur, 0.0) / 2 + 2;
+    return std::isfinite(reach) ? reach : std::numeric_limits<double>::infinity();
+}
 
 std::shared_ptr<const Color> Shadow::defaultColor() {
     return Color::colorWithCalibratedWhite(0, 1.0 / 3.0);

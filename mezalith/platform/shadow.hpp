@@ -11,6 +11,10 @@
 
 namespace mezalith::platform {
 
+/// How far (view points) a shadow reaches from what casts it: its offset, three standard deviations
+/// of the blur and what pixels round. Infinity for what is not finite.
+MEZALITH_EXPORT double shadowReach(MzSize offset, double blur);
+
 /// A shadow to be cast by later drawing. A new one is cast straight below, unblurred, in the
 /// default colour.
 struct MEZALITH_EXPORT Shadow final : Archivable {

@@ -3,6 +3,7 @@
 #include <mezalith/platform/recording_port.hpp>
 #include <mezalith/platform/shadow.hpp>
 
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -27,6 +28,15 @@ TEST(Shadow, BeginsStraightBelowInTheDefaultColor) {
     EXPECT_EQ(shadow.offset.height, 0);
     EXPECT_EQ(shadow.blurRadius, 0);
     EXPECT_EQ(shadow.color->description(), "0 0 0 0.3333333333333333");
+}
+
+TEST(Shadow, ReachesAsFarAsOffsetAndBlur) {
+    EXPECT_EQ(shadowReach({3, 4}, 0), 5 + 2);
+    EXPECT_EQ(shadowReach({3, -4}, 10), 5 + 15 + 2);
+    EXPECT_EQ(shadowReach({0, 0}, -1), 2);
+    const double infinity = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(shadowReach({infinity, 0}, 0), infinity);
+    EXPECT_EQ(shadowReach({0, 0}, std::numeric_limits<double>::quiet_NaN()), infinity);
 }
 
 TEST(Shadow, IsSetOnTheCurrentPort) {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <mezalith/geometry/multi_point_geometry.hpp>
+#include <mezalith/platform/shadow.hpp>
 #include <mezalith/style/line_symbolizer.hpp>
 
 namespace mezalith {
@@ -84,11 +85,15 @@ void MzLineSymbolizer::symbolizeInContext(platform::GraphicsPort* port, double s
     stroke_.applyTo(*port, scaleFactor);
     port->setStrokeColor(colorWithOpacity(strokeColor_, double{strokeOpacity_}).get());
     if (shouldShadow_) {
-        port->setShadow(
-            {double{xShadowOffset_} * scaleFactor, double{yShadowOffset_} * scaleFactor},
-            double{shadowBlur_});
+        port->setShadow(shadowOffset(scaleFactor), double{shadowBlur_});
     }
     port->drawPath(platform::PathDrawingMode::Stroke);
+}
+
+double MzLineSymbolizer::paintReach(double scaleFactor) const {
+    const double shadow =
+        shouldShadow_ ? platform::shadowReach(shadowOffset(scaleFactor), double{shadowBlur_}) : 0;
+    return MzStrokedSymbolizer::paintReach(scaleFactor) + shadow;
 }
 
 void MzLineSymbolizer::encodeWithCoder(platform::KeyedArchiver& coder) const {

@@ -52,6 +52,9 @@ class MEZALITH_EXPORT MzLineSymbolizer : public MzStrokedSymbolizer {
     void drawSpatialObject(MzSpatialObjectDrawAdditions* object, MzDrawContext* context,
                            bool selected) override;
 
+    /// As far as the stroke reaches, and its shadow.
+    double paintReach(double scaleFactor) const override;
+
     /// Sets cap, join, width, dash, stroke colour and, when asked for, the shadow; then strokes.
     void symbolizeInContext(platform::GraphicsPort* port, double scaleFactor) override;
 
@@ -68,6 +71,10 @@ class MEZALITH_EXPORT MzLineSymbolizer : public MzStrokedSymbolizer {
 
     std::shared_ptr<const platform::Color> strokeColor_;
     float strokeOpacity_ = 1.0F;
+    MzSize shadowOffset(double scaleFactor) const {
+        return {double{xShadowOffset_} * scaleFactor, double{yShadowOffset_} * scaleFactor};
+    }
+
     bool shouldShadow_ = false;
     float xShadowOffset_ = 1.5F;
     float yShadowOffset_ = 1.5F;

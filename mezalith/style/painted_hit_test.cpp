@@ -230,6 +230,25 @@ TEST(PaintedHit, IsTheSymbolizerThatIsDrawnLast) {
     EXPECT_FALSE(style.paintedHitOfSpatialObject(nullptr, {50, 0}, 1, &context, false));
 }
 
+TEST(PaintedHit, ReachesAsFarAsShadowsDo) {
+    const auto line = lineOf(10);
+    line->setXShadowOffset(3);
+    line->setYShadowOffset(4);
+    line->setShadowBlur(2);
+    EXPECT_EQ(line->paintReach(2), 10);
+    line->setShouldShadow(true);
+    EXPECT_EQ(line->paintReach(2), 10 + platform::shadowReach({6, 8}, 2));
+    MzPointSymbolizer marker;
+    const double withHalo = marker.paintReach(1);
+    EXPECT_GT(withHalo, platform::shadowReach({3.5, 1.5}, 1));
+    marker.setShouldShadow(true);
+    EXPECT_EQ(marker.paintReach(1), withHalo) << "a lesser shadow than that of the halo";
+    marker.setShadowOffsetWidth(100);
+    EXPECT_GT(marker.paintReach(1), 100);
+    marker.setShadow(nullptr);
+    EXPECT_EQ(marker.paintReach(1), withHalo);
+}
+
 /// Whatever a marker, an icon or a line looks like, nothing is painted farther away than it says.
 TEST(PaintedHit, IsNoFartherAwayThanTheReach) {
     std::mt19937_64 random(kSeed);

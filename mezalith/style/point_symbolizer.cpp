@@ -18,6 +18,9 @@ using platform::GraphicsPort;
 using platform::PathDrawingMode;
 using platform::Shadow;
 
+/// That of the halo of what is selected.
+constexpr MzSize kHaloShadowOffset{3.5, 1.5};
+
 constexpr std::int64_t kOwnPropertyContext = 0;
 
 /// Settled: the factor is computed in single precision.
@@ -228,8 +231,8 @@ std::shared_ptr<MzPointSymbolizer> MzPointSymbolizer::halo() const {
     halo->setShouldStroke(false);
     halo->setShouldFill(true);
     halo->setShouldShadow(true);
-    halo->setShadowOffsetWidth(3.5);
-    halo->setShadowOffsetHeight(1.5);
+    halo->setShadowOffsetWidth(kHaloShadowOffset.width);
+    halo->setShadowOffsetHeight(kHaloShadowOffset.height);
     return halo;
 }
 
@@ -304,7 +307,11 @@ double MzPointSymbolizer::paintReach(double scaleFactor) const {
     // Layers are whole pixels.
     const double layerCorner = std::numbers::sqrt2 * (size + double{strokeWidth()} + 1);
     const double outline = size * scaleFactor / 2 + MzStrokedSymbolizer::paintReach(scaleFactor);
-    return std::max(layerCorner, outline);
+    const double haloShadow = platform::shadowReach(kHaloShadowOffset, defaultShadow()->blurRadius);
+    const double ownShadow = shouldShadow_ && shadow_ != nullptr
+                                 ? platform::shadowReach(shadow_->offset, shadow_->blurRadius)
+                                 : 0;
+    return std::max(layerCorner, outline) + std::max(haloShadow, ownShadow);
 }
 
 bool MzPointSymbolizer::isSpatialObject(MzSpatialObjectDrawAdditions* object, MzPoint point,

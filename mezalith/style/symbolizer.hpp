@@ -56,8 +56,8 @@ class MEZALITH_EXPORT MzSymbolizer : public platform::Observable, public platfor
     /// (view points), as a `platform::HitPort` decides: nothing is painted, and no layer is kept.
     virtual bool paintsAtPoint(MzSpatialObjectDrawAdditions* object, MzPoint point,
                                double tolerance, MzDrawContext* context, bool selected);
-    /// How far (view points) anything painted can be from the box around the feature, at this scale
-    /// factor; infinity in the base, which cannot know.
+    /// How far (view points) anything painted, shadows included, can be from the box around the
+    /// feature, at this scale factor; infinity in the base, which cannot know.
     virtual double paintReach(double scaleFactor) const;
     /// Takes away what the symbolizer left in the view for the object; nothing in the base.
     virtual void didRemoveFromContext(MzDrawContext* context, MzSpatialObjectDrawAdditions* object);

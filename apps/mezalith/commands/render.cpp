@@ -12,6 +12,9 @@
 namespace mezalith::app {
 namespace {
 
+/// View points around the view from which callouts are taken.
+constexpr double kCalloutReach = 50;
+
 struct Given {
     MapTexts map;
     CalloutTexts callouts;
@@ -47,7 +50,7 @@ void run(const Given& given) {
     const std::optional<host::Callouts> callouts = calloutsOf(given.callouts);
     const ViewOptions& options = map.options();
     Picture picture(given.output, given.overwrite, options.size, options.pixelRatio);
-    map.load(picture.pixelRatio(), picture.spacing());
+    map.load(picture.pixelRatio(), picture.spacing(), callouts ? kCalloutReach : 0);
     const platform::GraphicsContext context(&picture.port());
     fillBackground(picture.port(), options.size, *options.background);
     const Outlines globe = map.view().globeOutline();

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <mezalith/platform/cairo/cairo_port.hpp>
 #include <mezalith/platform/cairo/pictures.hpp>
+#include <mezalith/platform/shadow.hpp>
 
+#include <cmath>
 #include <numbers>
 
 #include <gtest/gtest.h>
@@ -60,6 +62,28 @@ TEST(CairoPort, BlursAShadowByTheGaussianOfHalfItsBlur) {
                             expectedShadow(distance, blur), 2.5)
                     << ratio << ' ' << blur << ' ' << x;
             }
+        }
+    }
+}
+
+TEST(CairoPort, CastsNoShadowFartherThanItsReach) {
+    for (const MzSize offset : {MzSize{0, 0}, {3.5, 1.5}, {-20, 9.3}}) {
+        for (const double blur : {0.0, 1.0, 7.0, 30.0}) {
+            const auto port = CairoPort::pixelPort({200, 200});
+            port->setShadowWithColor(offset, blur, Color::blackColor().get());
+            fillRectangle(*port, 99, 99, 2, 2);
+            double farthest = 0;
+            for (int y = 0; y < 200; ++y) {
+                for (int x = 0; x < 200; ++x) {
+                    if (alphaAt(*port, x, y) == 0) continue;
+                    // From the nearest corner of the pixel to that of the square.
+                    const double dx = std::max(std::abs(x + 0.5 - 100) - 1.5, 0.0);
+                    const double dy = std::max(std::abs(y + 0.5 - 100) - 1.5, 0.0);
+                    farthest = std::max(farthest, std::hypot(dx, dy));
+                }
+            }
+            EXPECT_LE(farthest, shadowReach(offset, blur)) << offset.width << ' ' << blur;
+            EXPECT_GE(farthest, std::hypot(offset.width, offset.height) - 2) << blur;
         }
     }
 }
