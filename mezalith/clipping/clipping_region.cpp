@@ -37,7 +37,7 @@ void MzClippingRegion::setClippingRect(MzRect rect) {
 }
 
 void MzClippingRegion::setTransform(std::shared_ptr<MzAffineTransform> transform) {
-    transform_ = std::move(transform);
+    transform_.store(std::move(transform));
 }
 
 MzProjectiveLine MzProjectiveLineFromPoints(MzPoint p1, MzPoint p2) {

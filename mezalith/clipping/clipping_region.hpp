@@ -6,6 +6,7 @@
 #include <mezalith/geometry/primitives.hpp>
 
 #include <array>
+#include <atomic>
 #include <cstdint>
 #include <memory>
 
@@ -59,8 +60,9 @@ class MEZALITH_EXPORT MzClippingRegion {
     /// Edge i runs from corner i to corner (i + 1) mod 4.
     const Edges& edges() const { return edges_; }
 
-    /// Projected units to view points; null maps every point to (0, 0).
-    const std::shared_ptr<MzAffineTransform>& transform() const { return transform_; }
+    /// Projected units to view points; null maps every point to (0, 0). Read and set as a whole,
+    /// also by several threads.
+    std::shared_ptr<MzAffineTransform> transform() const { return transform_.load(); }
     void setTransform(std::shared_ptr<MzAffineTransform> transform);
 
     /// Projected units, Manhattan distance.
@@ -74,10 +76,20 @@ class MEZALITH_EXPORT MzClippingRegion {
     void setExact(bool exact) { exact_ = exact; }
 
   private:
+    /// Copies with its region what it holds at that moment.
+    struct Transform : std::atomic<std::shared_ptr<MzAffineTransform>> {
+        Transform() = default;
+        Transform(const Transform& other) : atomic(other.load()) {}
+        Transform& operator=(const Transform& other) {
+            store(other.load());
+            return *this;
+        }
+    };
+
     MzRect clippingRect_ = MzZeroRect;
     Corners bounds_{};
     Edges edges_{};
-    std::shared_ptr<MzAffineTransform> transform_;
+    Transform transform_;
     double minSpacing_ = 0;
     bool exact_ = false;
 };

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <limits>
 #include <random>
+#include <stop_token>
+#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -87,6 +89,17 @@ TEST(ClippingRegion, KeepsWhatItIsGiven) {
     EXPECT_EQ(region.minSpacing(), 3.5);
     region.setTransform(nullptr);
     EXPECT_EQ(region.transform(), nullptr);
+}
+
+TEST(ClippingRegion, HandsOutItsTransformWhileItIsReplaced) {
+    MzClippingRegion region;
+    region.setTransform(MzAffineTransform::transform());
+    std::jthread other([&region](const std::stop_token& stop) {
+        while (!stop.stop_requested()) region.setTransform(MzAffineTransform::transform());
+    });
+    for (int i = 0; i < 10000; ++i) {
+        ASSERT_TRUE(MzEqualPoints(region.transform()->transformPoint({1, 2}), {1, 2}));
+    }
 }
 
 // --- lines ----------------------------------------------------------------

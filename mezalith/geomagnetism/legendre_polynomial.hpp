@@ -37,15 +37,15 @@ class MEZALITH_EXPORT MzLegendrePolynomial {
 
     double valueForDegree(std::uint64_t degree, std::uint64_t order);
 
-    /// The derivative by the colatitude.
+    /// The derivative by the colatitude; n is the degree, m the order.
     /// Settled: divides by its sine, and so is no number at a pole.
-    double derivativeValueForDegree(std::uint64_t degree, std::uint64_t order);
+    double derivativeValueForDegree(std::uint64_t n, std::uint64_t m);
 
-    /// The factor sqrt(2 (n - m)! / (n + m)!), without the 2 for order 0.
+    /// For degree n and order m, the factor sqrt(2 (n - m)! / (n + m)!), without the 2 for order 0.
     /// Settled: the quotient of the factorials is a product in 64 bits that wraps, so that from
     /// degree 11 on the factors of high order are wrong by any amount. `MzGeomagneticField` has
     /// them right.
-    double sqnCoefficientForDegree(std::uint64_t degree, std::uint64_t order) const;
+    double sqnCoefficientForDegree(std::uint64_t n, std::uint64_t m) const;
 
     /// The value times that factor.
     double sqnValueForDegree(std::uint64_t degree, std::uint64_t order);
@@ -55,7 +55,7 @@ class MEZALITH_EXPORT MzLegendrePolynomial {
     void setCachedValue(double value, std::uint64_t degree, std::uint64_t order);
 
   private:
-    double computedValue(std::uint64_t degree, std::uint64_t order);
+    double computedValue(std::uint64_t n, std::uint64_t m);
 
     double theta_ = 0;
     Cache cache_;

@@ -67,6 +67,7 @@ bool MzGeometry::readWKB(MzData bytes) {
 
 void MzGeometry::setBlock(std::vector<std::byte> block) {
     geometryData_ = std::move(block);
+    isGiven_ = true;
     blockDidChange();
 }
 
@@ -76,7 +77,7 @@ void MzGeometry::blockDidChange() {
 }
 
 MzData MzGeometry::wkbData() {
-    if (wkbData_ == nullptr) wkbData_ = encodeWKB();
+    if (wkbData_ == nullptr && isGiven_) wkbData_ = encodeWKB();
     return wkbData_;
 }
 

@@ -58,7 +58,7 @@ class MEZALITH_EXPORT MzGeometry : public platform::Object {
     int srid() const { return 4326; }
 
     /// The bytes the geometry was made from; for multi-points and multi-polygons made in memory
-    /// their encoding; otherwise null.
+    /// their encoding; otherwise null, as for those that were never given anything.
     /// Settled: points, line strings and polygons made in memory answer null, and a multi-polygon's
     /// encoding carries no coordinate pairs.
     MzData wkbData();
@@ -132,6 +132,8 @@ class MEZALITH_EXPORT MzGeometry : public platform::Object {
     virtual void blockDidChange();
     /// The class's leaves, asked when none are cached.
     virtual Leaves makeLeafNodes();
+    /// Whether leaves are cached.
+    bool hasLeafNodes() const { return !leafNodes_.empty(); }
     /// A leaf of this geometry.
     std::shared_ptr<MzTreeLeafNode> leafWithBounds(MzRect bounds);
     /// Whether some leaf's bounds hold the point (half-open).
@@ -149,6 +151,7 @@ class MEZALITH_EXPORT MzGeometry : public platform::Object {
     bool readWKB(MzData bytes);
 
     MzData wkbData_;
+    bool isGiven_ = false;  ///< whether the block is more than that of a plain object
     std::vector<std::byte> geometryData_;
     Leaves leafNodes_;
     ProjectedGeometries projectedGeometries_;

@@ -72,10 +72,15 @@ MzGeometry::Leaves MzMultiPointGeometry::makeLeafNodes() {
 
 std::shared_ptr<MzGeometry> MzMultiPointGeometry::makeProjected(
     const MzMapProjection& projection) const {
-    auto projected = initWithMultiPoint(*aMultiPoint_);
+    auto projected = newInstance();
+    projected->setMultiPointGeometry(*aMultiPoint_);
     const std::span<MzPoint> points = pointsOf(projected->aMultiPoint_);
     projection.projectCoordinates(points, points);
     return projected;
+}
+
+std::shared_ptr<MzMultiPointGeometry> MzMultiPointGeometry::newInstance() const {
+    return std::make_shared<MzMultiPointGeometry>();
 }
 
 MzData MzMultiPointGeometry::encodeWKB() const {

@@ -39,6 +39,8 @@ class MEZALITH_EXPORT MzMultiPointGeometry : public MzGeometry {
     Leaves makeLeafNodes() override;
     std::shared_ptr<MzGeometry> makeProjected(const MzMapProjection& projection) const override;
     MzData encodeWKB() const override;
+    /// A fresh object of the receiver's own class, for projected copies.
+    virtual std::shared_ptr<MzMultiPointGeometry> newInstance() const;
 
     MzMultiPoint* aMultiPoint_ = nullptr;
 

@@ -99,6 +99,23 @@ TEST(MultiPointGeometry, TakesAnArrayTakenAwayAsEmpty) {
     EXPECT_EQ(projected->multiPointGeometry()->count, 0u);
 }
 
+TEST(MultiPointGeometry, LooksForLeavesAgainWhereThereWereNone) {
+    const auto geometry = MzMultiPointGeometry::initWithCapacity(sizeof(MzMultiPoint) + 16);
+    EXPECT_TRUE(geometry->leafNodes().empty());
+    MzMultiPoint* const record = geometry->multiPointGeometry();
+    record->count = 1;
+    record->points[0] = {5, 6};
+    ASSERT_EQ(geometry->leafNodes().size(), 1u);
+    EXPECT_TRUE(MzEqualRects(geometry->leafNodes()[0]->bounds(), {{5, 6}, {0, 0}}));
+}
+
+TEST(MultiPointGeometry, HasNoEncodingUntilItIsGivenSomething) {
+    MzMultiPointGeometry geometry;
+    EXPECT_EQ(geometry.wkbData(), nullptr);
+    geometry.setMultiPointGeometry({0, nullptr});
+    EXPECT_EQ(geometry.wkbData()->size(), 9u);
+}
+
 TEST(MultiPointGeometry, ForgetsWhatItDerivedWhenSet) {
     const MzClippingRegion region = doublingRegion(kTen);
     const auto geometry = multiPoint({{1, 2}, {3, 4}});

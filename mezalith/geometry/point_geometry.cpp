@@ -49,6 +49,7 @@ void MzPointGeometry::blockDidChange() {
 }
 
 bool MzPointGeometry::mbrInsertsectsRect(MzRect rect) {
+    if (hasLeafNodes()) return MzGeometry::mbrInsertsectsRect(rect);
     return MzIntersectsRect({*aPoint_, {0, 0}}, rect);
 }
 
@@ -61,7 +62,7 @@ std::shared_ptr<MzGeometry> MzPointGeometry::makeProjected(
 
 const MzPoint* MzPointGeometry::clippedPointWithRegion(const MzClippingRegion* region) {
     if (region == nullptr || !MzPointInRect(*aPoint_, region->clippingRect())) return nullptr;
-    const MzAffineTransform* transform = region->transform().get();
+    const std::shared_ptr<MzAffineTransform> transform = region->transform();
     clippedPoint_ = transform == nullptr ? MzPoint{0, 0} : transform->transformPoint(*aPoint_);
     return &clippedPoint_;
 }

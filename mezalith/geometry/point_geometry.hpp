@@ -24,10 +24,10 @@ class MEZALITH_EXPORT MzPointGeometry : public MzGeometry {
 
     std::uint32_t geometryType() const override { return 1; }
 
-    /// As its leaf's bounds would say, without making the leaf.
+    /// As its leaf's bounds say, without making the leaf.
     bool mbrInsertsectsRect(MzRect rect) override;
 
-    const MzPoint* pointGeometry() const { return aPoint_; }
+    MzPoint* pointGeometry() const { return aPoint_; }
     void setPointGeometry(MzPoint point);
     double x() const { return aPoint_->x; }
     double y() const { return aPoint_->y; }

@@ -57,6 +57,8 @@ TEST(PointGeometry, HasOneLeafOfNoExtent) {
     EXPECT_EQ(point->leafNodes()[0]->object(), point.get());
     EXPECT_TRUE(point->mbrInsertsectsRect({{0, 0}, {10, 10}}));
     EXPECT_FALSE(point->mbrInsertsectsRect({{5, 5}, {10, 10}}));
+    point->leafNodes()[0]->setBounds({{6, 6}, {1, 1}});
+    EXPECT_TRUE(point->mbrInsertsectsRect({{5, 5}, {10, 10}})) << "by the leaf that there is";
 }
 
 TEST(PointGeometry, HasNoEncodingWhenMadeInMemory) {

@@ -19,6 +19,10 @@ constexpr double kInf = std::numeric_limits<double>::infinity();
 constexpr MzBox kNoBox{kNaN, kNaN, kNaN, kNaN};
 constexpr MzBox kNothing{kInf, kInf, -kInf, -kInf};
 
+MzBox boxOf(const std::shared_ptr<MzTreeLeafNode>& leaf) {
+    return leaf != nullptr ? MzBox::of(leaf->bounds()) : kNoBox;
+}
+
 // --- the block ------------------------------------------------------------
 //
 // The header, the nodes' boxes level by level from the top, the items' boxes, the items. All parts
@@ -250,7 +254,7 @@ std::shared_ptr<MzPackedRTree> MzPackedRTree::initWithLeaves(
     std::vector<MzBox> boxes;
     boxes.reserve(leaves.size());
     for (const auto& leaf : leaves) {
-        boxes.push_back(leaf != nullptr ? MzBox::of(leaf->bounds()) : kNoBox);
+        boxes.push_back(boxOf(leaf));
     }
     return build(boxes, {{}, boxes.size(), false}, options);
 }
@@ -265,7 +269,7 @@ std::shared_ptr<MzPackedRTree> MzPackedRTree::initWithSpatialObjects(
         if (projection != nullptr) geometry = MzProjectedCopy(geometry.get(), projection);
         if (geometry == nullptr) continue;
         for (const auto& leaf : geometry->leafNodes()) {
-            boxes.push_back(MzBox::of(leaf->bounds()));
+            boxes.push_back(boxOf(leaf));
             items.push_back(static_cast<std::uint32_t>(i));
         }
     }

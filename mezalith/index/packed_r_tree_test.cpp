@@ -411,6 +411,18 @@ TEST(PackedRTree, IndexesObjectsByAllTheirPieces) {
     EXPECT_EQ(tree->nearest({60, 1}, 9), (Neighbours{{1, 9}, {3, 10}}));
 }
 
+TEST(PackedRTree, FindsNothingOfALeafThatIsNull) {
+    class Gap : public MzGeometry {
+        Leaves makeLeafNodes() override { return {nullptr, leafWithBounds({{0, 0}, {1, 1}})}; }
+    };
+    Feature feature(std::make_shared<Gap>());
+    MzIndexable* const objects[] = {&feature};
+    const Tree tree = MzPackedRTree::initWithSpatialObjects(objects);
+    int visits = 0;
+    tree->visitWindow({-9, -9, 9, 9}, [&](std::uint32_t) { ++visits; });
+    EXPECT_EQ(visits, 1);
+}
+
 TEST(PackedRTree, IndexesObjectsInTheUnitsOfAProjection) {
     const auto zone = MzMapProjection::mapProjectionWithUTMZone(33);
     std::vector<std::unique_ptr<Feature>> features;

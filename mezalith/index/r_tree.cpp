@@ -61,6 +61,7 @@ std::shared_ptr<MzRTree> MzRTree::initWithSpatialObjects(std::span<MzIndexable* 
         const auto geometry = object != nullptr ? object->geometry() : nullptr;
         if (geometry == nullptr) continue;
         for (const auto& leaf : geometry->leafNodes()) {
+            if (leaf == nullptr) continue;
             leaf->setObject(object);
             leaves.push_back(leaf);
         }

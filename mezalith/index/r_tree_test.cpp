@@ -97,6 +97,14 @@ TEST(RTree, HasNoLeavesForNullObjectsNullGeometriesAndEmptyOnes) {
     EXPECT_TRUE(MzRTree::initWithSpatialObjects(objects)->rootNodes().empty());
 }
 
+TEST(RTree, LeavesOutLeavesThatAreNull) {
+    class Gap : public MzGeometry {
+        Leaves makeLeafNodes() override { return {nullptr, leafWithBounds({{0, 0}, {1, 1}})}; }
+    };
+    Feature feature(std::make_shared<Gap>());
+    EXPECT_EQ(treeOver(feature)->rootNodes(), Nodes{feature.stored->leafNodes()[1]});
+}
+
 TEST(RTree, KeepsFewerThanEightLeavesAsTheyAre) {
     for (std::size_t count = 1; count < 8; ++count) {
         Feature feature(std::make_shared<PiecesGeometry>(diagonal(count)));

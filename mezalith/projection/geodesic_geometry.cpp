@@ -46,6 +46,10 @@ std::shared_ptr<MzGeodesicGeometry> MzGeodesicGeometry::initWithStart(MzPoint st
     return nullptr;
 }
 
+std::shared_ptr<MzMultiPointGeometry> MzGeodesicGeometry::newInstance() const {
+    return std::make_shared<MzGeodesicGeometry>();
+}
+
 void MzRecursiveGeodesic(std::uint64_t low, std::uint64_t high, MzMultiPoint* multiPoint) {
     if (multiPoint == nullptr || multiPoint->points == nullptr) return;
     if (low < high && high < multiPoint->count) bisect(low, high, multiPoint->points);

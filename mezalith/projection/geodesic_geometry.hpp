@@ -21,6 +21,9 @@ class MEZALITH_EXPORT MzGeodesicGeometry : public MzMultiPointGeometry {
     /// Settled: the spacing may come near three times the resolution, and k counts modulo 32.
     static std::shared_ptr<MzGeodesicGeometry> initWithStart(MzPoint start, MzPoint end,
                                                              double resolution);
+
+  protected:
+    std::shared_ptr<MzMultiPointGeometry> newInstance() const override;
 };
 
 /// Fills the points strictly between the indices `low` and `high` of the record by bisection, the

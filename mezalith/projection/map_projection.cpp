@@ -127,6 +127,10 @@ void MzPlateCarreeProjection::unprojectCoordinates(std::span<const MzPoint> sour
     copyPoints(source, destination);
 }
 
+std::shared_ptr<MzPlateCarreeProjection> MzPlateCarreeProjection::copy() const {
+    return std::static_pointer_cast<MzPlateCarreeProjection>(MzMapProjection::copy());
+}
+
 std::shared_ptr<MzMapProjection> MzPlateCarreeProjection::newInstance() const {
     return std::make_shared<MzPlateCarreeProjection>();
 }
@@ -176,6 +180,10 @@ MzProjectionRegion MzUTMZoneProjection::region() const {
     // The arithmetic of the projection itself, which goes on with the low bits of any zone.
     const auto meridian = static_cast<std::int32_t>(static_cast<std::uint32_t>(utmZone_) * 6 - 183);
     return MzProjectionRegion::band(meridian, kZoneReach, -90, 90);
+}
+
+std::shared_ptr<MzUTMZoneProjection> MzUTMZoneProjection::copy() const {
+    return std::static_pointer_cast<MzUTMZoneProjection>(MzMapProjection::copy());
 }
 
 std::shared_ptr<MzMapProjection> MzUTMZoneProjection::newInstance() const {

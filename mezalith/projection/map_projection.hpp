@@ -99,6 +99,7 @@ class MEZALITH_EXPORT MzPlateCarreeProjection final : public MzMapProjection {
                             std::span<MzPoint> destination) const override;
     void unprojectCoordinates(std::span<const MzPoint> source,
                               std::span<MzPoint> destination) const override;
+    std::shared_ptr<MzPlateCarreeProjection> copy() const;
 
   protected:
     std::shared_ptr<MzMapProjection> newInstance() const override;
@@ -128,6 +129,7 @@ class MEZALITH_EXPORT MzUTMZoneProjection final : public MzMapProjection {
     /// 70 degrees to either side of the meridian. Farther out the series folds back and would put a
     /// place where another one belongs: it stays monotonic in longitude to 80 degrees.
     MzProjectionRegion region() const override;
+    std::shared_ptr<MzUTMZoneProjection> copy() const;
 
   protected:
     std::shared_ptr<MzMapProjection> newInstance() const override;

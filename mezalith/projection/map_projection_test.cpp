@@ -9,6 +9,7 @@
 #include <limits>
 #include <numbers>
 #include <random>
+#include <type_traits>
 #include <typeinfo>
 #include <vector>
 
@@ -238,7 +239,10 @@ TEST(MapProjection, CopiesItsPropertiesIntoItsOwnClass) {
     original.setMaximumResolution(5);
     original.setMinimumResolution(6);
     const auto copy = original.copy();
-    EXPECT_NE(dynamic_cast<MzPlateCarreeProjection*>(copy.get()), nullptr);
+    static_assert(
+        std::is_same_v<decltype(original.copy()), std::shared_ptr<MzPlateCarreeProjection>>);
+    const MzMapProjection& base = original;
+    EXPECT_NE(dynamic_cast<MzPlateCarreeProjection*>(base.copy().get()), nullptr);
     EXPECT_EQ(copy->srid(), 7);
     EXPECT_EQ(copy->name(), "Mine");
     EXPECT_FALSE(copy->isEquitorialCylindrical());

@@ -99,6 +99,10 @@ MzRect MzUTMProjection::areaOfUse() const {
     return {{meridian() - 3, isNorth ? 0 : kSouth}, {6, isNorth ? kNorth : -kSouth}};
 }
 
+std::shared_ptr<MzUTMProjection> MzUTMProjection::copy() const {
+    return std::static_pointer_cast<MzUTMProjection>(MzMapProjection::copy());
+}
+
 std::shared_ptr<MzMapProjection> MzUTMProjection::newInstance() const {
     return std::make_shared<MzUTMProjection>(zone_, hemisphere_);
 }

@@ -49,6 +49,7 @@ class MEZALITH_EXPORT MzUTMProjection final : public MzMapProjection {
     MzProjectionRegion region() const override;
     /// The zone, 6 degrees wide, from the equator to 84 degrees north or 80 degrees south.
     MzRect areaOfUse() const override;
+    std::shared_ptr<MzUTMProjection> copy() const;
 
   protected:
     /// Of the same zone and hemisphere.

@@ -63,6 +63,10 @@ MzProjectionRegion MzWebMercatorProjection::region() const {
     return MzProjectionRegion::endless(-kLimit, kLimit);
 }
 
+std::shared_ptr<MzWebMercatorProjection> MzWebMercatorProjection::copy() const {
+    return std::static_pointer_cast<MzWebMercatorProjection>(MzMapProjection::copy());
+}
+
 std::shared_ptr<MzMapProjection> MzWebMercatorProjection::newInstance() const {
     return std::make_shared<MzWebMercatorProjection>();
 }

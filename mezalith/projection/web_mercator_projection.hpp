@@ -33,6 +33,7 @@ class MEZALITH_EXPORT MzWebMercatorProjection final : public MzMapProjection {
                               std::span<MzPoint> destination) const override;
     /// Every longitude, and latitudes up to 85.05 degrees.
     MzProjectionRegion region() const override;
+    std::shared_ptr<MzWebMercatorProjection> copy() const;
 
   protected:
     std::shared_ptr<MzMapProjection> newInstance() const override;

@@ -80,7 +80,7 @@ void MzStroke::copyFrom(const MzStroke& source) {
     isDashed = source.isDashed;
     const std::span<const double> pattern = source.dashPattern();
     lineDash.assign(pattern.begin(), pattern.end());
-    if (!pattern.empty()) lineDashCount = pattern.size();
+    if (!pattern.empty()) lineDashCount = source.lineDashCount;
 }
 
 bool MzStroke::isEqualTo(const MzStroke& other) const {

@@ -138,6 +138,15 @@ TEST(Stroke, CopiesThePatternInUseWithItsCount) {
     EXPECT_EQ(copy.lineDash, (Doubles{4, 1}));
 }
 
+TEST(Stroke, CopiesACountBeyondThePattern) {
+    MzStroke source = dashedStroke({4, 1});
+    source.lineDashCount = 10;
+    MzStroke copy;
+    copy.copyFrom(source);
+    EXPECT_TRUE(copy.isEqualTo(source));
+    EXPECT_EQ(copy.lineDash, (Doubles{4, 1}));
+}
+
 TEST(Stroke, CopiesNoCountWithoutAPattern) {
     MzStroke source = dashedStroke({});
     source.lineDashCount = 4;

@@ -63,7 +63,7 @@ void MzStrokedSymbolizer::setLineDash(const double* lineDash, std::uint64_t coun
         return;
     }
     stroke_.lineDash = std::vector<double>(lineDash, lineDash + count);
-    setLineDashCount(count);
+    if (count != stroke_.lineDashCount) setLineDashCount(count);
 }
 
 void MzStrokedSymbolizer::setIsDashed(bool dashed) {

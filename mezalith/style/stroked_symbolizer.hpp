@@ -43,7 +43,8 @@ class MEZALITH_EXPORT MzStrokedSymbolizer : public MzSymbolizer, public platform
     /// Replaces the pattern by a copy of the `count` entries at `lineDash`, which must be there,
     /// and sets `lineDashCount`, which alone is announced. Null or a count of 0 takes the pattern
     /// away.
-    /// Settled: taking the pattern away leaves `lineDashCount` as it is and announces nothing.
+    /// Settled: taking the pattern away leaves `lineDashCount` as it is and announces nothing, and
+    /// so does another pattern of the same length.
     void setLineDash(const double* lineDash, std::uint64_t count);
 
     /// Whether the pattern is applied.

@@ -112,6 +112,10 @@ TEST(StrokedSymbolizer, AnnouncesANewPatternThroughItsCountOnly) {
     log.observe(probe, {"lineDash", "lineDashCount"});
     probe.setLineDash(kPattern.data(), 4);
     EXPECT_EQ(log.lines, (Lines{"will lineDashCount", "did lineDashCount"}));
+    log.lines.clear();
+    probe.setLineDash(std::vector<double>{9, 8, 7, 6}.data(), 4);
+    EXPECT_EQ(dashOf(probe), (std::vector<double>{9, 8, 7, 6}));
+    EXPECT_EQ(log.lines, Lines{}) << "of the same length";
 }
 
 TEST(StrokedSymbolizer, TakesItsOwnPatternAgain) {

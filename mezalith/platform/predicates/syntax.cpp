@@ -46,7 +46,7 @@ std::uint32_t hexadecimal(std::string_view digits) {
 void appendCharacter(std::string& text, std::uint32_t character) {
     std::array<std::uint8_t, U8_MAX_LENGTH> bytes{};
     std::size_t length = 0;
-    U8_APPEND_UNSAFE(bytes.data(), length, character);
+    U8_APPEND_UNSAFE(bytes, length, character);
     text.append(reinterpret_cast<const char*>(bytes.data()), length);
 }
 

@@ -256,6 +256,10 @@ MzRect MzProjProjection::projectedExtent() const {
     return {{west.x, south.y}, {east.x - west.x, north.y - south.y}};
 }
 
+std::shared_ptr<MzProjProjection> MzProjProjection::copy() const {
+    return std::static_pointer_cast<MzProjProjection>(MzMapProjection::copy());
+}
+
 std::shared_ptr<MzMapProjection> MzProjProjection::newInstance() const {
     return initWithText(text_);
 }

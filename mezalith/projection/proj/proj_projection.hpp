@@ -48,6 +48,7 @@ class MEZALITH_EXPORT MzProjProjection final : public MzMapProjection {
     /// meridian.
     MzProjectionRegion region() const override;
     MzRect areaOfUse() const override { return area_; }
+    std::shared_ptr<MzProjProjection> copy() const;
 
   protected:
     /// Of the same text.
