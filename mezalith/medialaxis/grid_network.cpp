@@ -283,7 +283,7 @@ class NetworkBuilder {
     const GridOutline& outline_;
     InnerDiagram diagram_;
     std::vector<NearestSites> nearest_;  ///< of the vertices
-    std::vector<std::uint32_t> nodes_;   ///< of the vertices  ///< of the vertices
+    std::vector<std::uint32_t> nodes_;   ///< of the vertices
     GridNetwork network_;
 };
 

@@ -45,7 +45,8 @@ Box boxOf(const MzPolygon* polygon) {
 }
 
 /// The power of two that takes `halfSide` to less than 2^30: differences then fit the 32 bits that
-/// the builder of the diagram takes. With one bit more it goes wrong a thousand times as often.
+/// the builder of the diagram takes. With one bit more it goes wrong for one ring in some
+/// thousands.
 int exponentFor(double halfSide) {
     int exponent = 0;
     std::frexp(halfSide, &exponent);
