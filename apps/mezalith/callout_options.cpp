@@ -4,6 +4,8 @@
 #include "apps/mezalith/arguments.hpp"
 #include "host/failure.hpp"
 
+#include <CLI/CLI.hpp>
+
 namespace mezalith::app {
 namespace {
 

@@ -6,7 +6,9 @@
 #include <optional>
 #include <string>
 
-#include <CLI/CLI.hpp>
+namespace CLI {
+class App;
+}
 
 namespace mezalith::app {
 

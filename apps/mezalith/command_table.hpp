@@ -3,7 +3,9 @@
 
 #include <span>
 
-#include <CLI/CLI.hpp>
+namespace CLI {
+class App;
+}
 
 namespace mezalith::app {
 

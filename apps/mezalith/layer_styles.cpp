@@ -13,6 +13,8 @@
 
 #include <algorithm>
 
+#include <CLI/CLI.hpp>
+
 namespace mezalith::app {
 namespace {
 

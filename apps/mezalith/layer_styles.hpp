@@ -14,7 +14,9 @@
 #include <utility>
 #include <vector>
 
-#include <CLI/CLI.hpp>
+namespace CLI {
+class App;
+}
 
 namespace mezalith::app {
 

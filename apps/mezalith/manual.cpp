@@ -3,6 +3,8 @@
 
 #include <vector>
 
+#include <CLI/CLI.hpp>
+
 namespace mezalith::app {
 namespace {
 

@@ -3,6 +3,7 @@
 
 #include <memory>
 
+#include <CLI/CLI.hpp>
 #include <gtest/gtest.h>
 
 namespace mezalith::app {

@@ -13,6 +13,8 @@
 #include <algorithm>
 #include <cstdint>
 
+#include <CLI/CLI.hpp>
+
 namespace mezalith::app {
 namespace {
 

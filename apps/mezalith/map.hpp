@@ -13,7 +13,9 @@
 #include <string>
 #include <vector>
 
-#include <CLI/CLI.hpp>
+namespace CLI {
+class App;
+}
 
 namespace mezalith::app {
 

@@ -12,6 +12,8 @@
 #include <memory>
 #include <sstream>
 
+#include <CLI/CLI.hpp>
+
 namespace mezalith::app {
 namespace {
 
@@ -77,7 +79,7 @@ void NumberQuery::setUp(CLI::App& command, std::vector<NumberField> fields, Func
 
 void NumberQuery::setUpList(CLI::App& command, std::vector<NumberField> fields,
                             ListFunction function) {
-    NumberQuery(std::move(fields), std::move(function)).addTo(command, {});
+    NumberQuery(std::move(fields), std::move(function)).addTo(command, Frame{});
 }
 
 void NumberQuery::addTo(CLI::App& command, Frame frame) const {
@@ -93,6 +95,7 @@ void NumberQuery::addTo(CLI::App& command, Frame frame) const {
             command.add_option(fields_[i].name, given->numbers[i], fields_[i].help)->type_name(""));
     }
     command.add_flag("--json", given->json, "Print one JSON object a line");
+    if (*frame.footer != 0) command.footer(frame.footer);
     command.callback([given, options, frame = std::move(frame), query = *this]() mutable {
         query.setJson(given->json);
         if (frame.begin) query.setTextForm(frame.begin(given->json));

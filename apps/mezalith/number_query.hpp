@@ -10,7 +10,9 @@
 #include <utility>
 #include <vector>
 
-#include <CLI/CLI.hpp>
+namespace CLI {
+class App;
+}
 
 namespace mezalith::app {
 
@@ -47,17 +49,22 @@ class NumberQuery {
     /// names. With --json it is always all of it.
     enum class TextForm { Values, FirstValue, NamesAndValues };
 
-    /// What a command does around its answers.
+    /// What a command says of itself and does around its answers.
     struct Frame {
         /// Called before the first query, with whether --json is given.
-        std::function<TextForm(bool)> begin;
+        std::function<TextForm(bool)> begin{};
         /// Called when all answers are written; a host::Failure thrown here ends the work.
-        std::function<void()> end;
+        std::function<void()> end{};
+        /// What the help says behind the arguments.
+        const char* footer = "";
     };
 
     /// Adds positional arguments and --json to `command`, and runs `function` when it is called.
+    static void setUp(CLI::App& command, std::vector<NumberField> fields, Function function) {
+        setUp(command, std::move(fields), std::move(function), {});
+    }
     static void setUp(CLI::App& command, std::vector<NumberField> fields, Function function,
-                      Frame frame = {});
+                      Frame frame);
     /// The same with several answers to a query.
     static void setUpList(CLI::App& command, std::vector<NumberField> fields,
                           ListFunction function);

@@ -14,6 +14,8 @@
 #include <cstdint>
 #include <utility>
 
+#include <CLI/CLI.hpp>
+
 namespace mezalith::app {
 namespace {
 

@@ -13,6 +13,8 @@
 #include <optional>
 #include <string>
 
+#include <CLI/CLI.hpp>
+
 namespace mezalith::app {
 namespace {
 

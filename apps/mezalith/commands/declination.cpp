@@ -13,6 +13,8 @@
 #include <string>
 #include <utility>
 
+#include <CLI/CLI.hpp>
+
 namespace mezalith::app {
 namespace {
 

@@ -7,7 +7,6 @@ namespace mezalith::app {
 
 void setUpDestination(CLI::App& command) {
     using Kind = NumberField::Kind;
-    command.footer("The longitude is not wrapped into -180 to 180.");
     NumberQuery::setUp(
         command,
         {{"LON", Kind::Longitude, "Longitude of the start, degrees"},
@@ -16,7 +15,8 @@ void setUpDestination(CLI::App& command) {
          {"DEGREES", Kind::Plain, "Initial bearing, clockwise from north"}},
         [](std::span<const double> n) {
             return longitudeLatitude(MzPointWithDistanceAndBearing({n[0], n[1]}, n[2], n[3]));
-        });
+        },
+        {.footer = kUnwrapped});
 }
 
 }  // namespace mezalith::app

@@ -7,6 +7,8 @@
 
 #include <memory>
 
+#include <CLI/CLI.hpp>
+
 namespace mezalith::app {
 
 void setUpGeodesic(CLI::App& command) {

@@ -7,6 +7,8 @@
 #include <memory>
 #include <string>
 
+#include <CLI/CLI.hpp>
+
 namespace mezalith::app {
 namespace {
 

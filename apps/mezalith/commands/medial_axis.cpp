@@ -20,6 +20,8 @@
 #include <string>
 #include <vector>
 
+#include <CLI/CLI.hpp>
+
 namespace mezalith::app {
 namespace {
 

@@ -6,10 +6,11 @@
 namespace mezalith::app {
 
 void setUpMidpoint(CLI::App& command) {
-    command.footer("The longitude is not wrapped into -180 to 180.");
-    NumberQuery::setUp(command, twoPoints(), [](std::span<const double> n) {
-        return longitudeLatitude(MzGeodesicMidpoint(n[0], n[1], n[2], n[3]));
-    });
+    NumberQuery::setUp(command, twoPoints(),
+                       [](std::span<const double> n) {
+                           return longitudeLatitude(MzGeodesicMidpoint(n[0], n[1], n[2], n[3]));
+                       },
+                       {.footer = kUnwrapped});
 }
 
 }  // namespace mezalith::app

@@ -14,6 +14,9 @@ inline std::vector<NumberField> twoPoints() {
             {"LAT2", NumberField::Kind::Latitude, "Latitude of the second point, degrees"}};
 }
 
+/// What the help says of longitudes that are answered.
+inline constexpr char kUnwrapped[] = "The longitude is not wrapped into -180 to 180.";
+
 inline Answer longitudeLatitude(MzPoint point) {
     return {{"longitude", point.x}, {"latitude", point.y}};
 }

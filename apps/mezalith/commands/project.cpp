@@ -5,6 +5,8 @@
 
 #include <memory>
 
+#include <CLI/CLI.hpp>
+
 namespace mezalith::app {
 namespace {
 

@@ -9,6 +9,8 @@
 #include <optional>
 #include <string>
 
+#include <CLI/CLI.hpp>
+
 namespace mezalith::app {
 namespace {
 

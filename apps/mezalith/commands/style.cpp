@@ -19,6 +19,8 @@
 #include <string>
 #include <vector>
 
+#include <CLI/CLI.hpp>
+
 namespace mezalith::app {
 namespace {
 

@@ -17,6 +17,8 @@
 #include <utility>
 #include <vector>
 
+#include <CLI/CLI.hpp>
+
 namespace mezalith::app {
 namespace {
 
