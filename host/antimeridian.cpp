@@ -159,10 +159,21 @@ class Joiner {
             append(ring, chain);
             const std::size_t node = nodeOf(ring.back());
             take({end.first, !end.second});
-            if (node == home) return ring;
+            if (node == home) break;
             end = ends_.at(node).back();
             take(end);
         }
+        moveHome(ring);
+        return ring;
+    }
+
+    /// Brings a ring into the turn that has its middle, where its holes are. One around a pole is
+    /// in all of them.
+    static void moveHome(GlobeRing& ring) {
+        if (std::abs(ring.back().x - ring.front().x) > 180) return;
+        const auto [west, east] = std::ranges::minmax(ring, {}, &MzPoint::x);
+        const double turns = std::round((west.x + east.x) / 2 / 360);
+        for (MzPoint& p : ring) p.x -= turns * 360;
     }
 
     /// Adds the chain in the turn of the globe where the ring ends.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/antimeridian.hpp"
 
+#include <algorithm>
 #include <cmath>
 
 #include <gtest/gtest.h>
@@ -86,6 +87,20 @@ TEST(Antimeridian, JoinsTwoHalvesOfAnIsland) {
     EXPECT_FALSE(hasSideAlong(globe.joined, 180));
     EXPECT_FALSE(hasSideAlong(globe.joined, -180));
     EXPECT_NEAR(std::abs(doubleArea(globe.joined[0])), 2 * 7 * 10, 1e-9);
+}
+
+TEST(Antimeridian, JoinsAContinentWhereItsHolesAre) {
+    const GlobeRing hole{{50, 1}, {51, 1}, {51, 2}, {50, 1}};
+    const GlobeRings west{{{-180, 0}, {-170, 0}, {-170, 3}, {-180, 3}, {-180, 0}}};
+    const GlobeRings east{{{180, 0}, {180, 3}, {0, 3}, {0, 0}, {180, 0}}, hole};
+    for (const auto& halves : {std::vector{west, east}, std::vector{east, west}}) {
+        const JoinedPolygons globe = joinedAcrossAntimeridian(halves);
+        ASSERT_EQ(globe.joined.size(), 2u);
+        EXPECT_EQ(globe.joined[0].front().x, 50);
+        const auto [least, greatest] = std::ranges::minmax(globe.joined[1], {}, &MzPoint::x);
+        EXPECT_EQ(least.x, 0);
+        EXPECT_EQ(greatest.x, 190);
+    }
 }
 
 TEST(Antimeridian, JoinsHalvesWithOtherPointsOnTheCut) {
