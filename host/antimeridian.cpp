@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <iterator>
 #include <map>
 #include <optional>
 #include <utility>
@@ -61,12 +62,48 @@ class Latitudes {
 /// What is left of rings without their artificial sides, and the sides that have no counterpart.
 class Joiner {
   public:
-    void add(const GlobeRing& ring) {
-        if (ring.size() < 2) return;
-        if (!touches(ring)) {
-            closed_.push_back(ring);
-            return;
+    void add(const GlobeRings& polygon) {
+        const std::size_t first = chains_.size();
+        GlobeRings closed;
+        for (const GlobeRing& ring : polygon) {
+            if (ring.size() < 2) continue;
+            if (touches(ring)) {
+                addChains(ring);
+            } else {
+                closed.push_back(ring);
+            }
         }
+        for (GlobeRing& ring : closed) {
+            closed_.push_back(std::move(ring));
+            guides_.push_back(chains_.size() > first ? std::optional(first) : std::nullopt);
+        }
+    }
+
+    /// Nothing when ends are left over, as for rings that are none.
+    std::optional<GlobeRings> finish() {
+        addUnmatchedSides();
+        for (std::size_t i = 0; i < chains_.size(); ++i) {
+            ends_[nodeOf(chains_[i].front())].emplace_back(i, true);
+            ends_[nodeOf(chains_[i].back())].emplace_back(i, false);
+        }
+        for (const auto& [node, ends] : ends_) {
+            if (ends.size() % 2 != 0) return std::nullopt;
+        }
+        turns_.resize(chains_.size());
+        GlobeRings joined;
+        for (std::size_t i = 0; i < chains_.size(); ++i) {
+            if (!turns_[i]) joined.push_back(ringFrom(i));
+        }
+        moveClosedRings();
+        GlobeRings rings = std::move(closed_);
+        std::ranges::move(joined, std::back_inserter(rings));
+        return rings;
+    }
+
+  private:
+    using End = std::pair<std::size_t, bool>;  ///< a chain, and whether it is its start
+
+    void addChains(const GlobeRing& ring) {
         std::size_t start = 1;
         while (!isArtificial(ring[start - 1], ring[start])) ++start;
         // Once around, from behind an artificial side.
@@ -84,27 +121,6 @@ class Joiner {
         }
         endChain(chain);
     }
-
-    /// Nothing when ends are left over, as for rings that are none.
-    std::optional<GlobeRings> finish() {
-        addUnmatchedSides();
-        for (std::size_t i = 0; i < chains_.size(); ++i) {
-            ends_[nodeOf(chains_[i].front())].emplace_back(i, true);
-            ends_[nodeOf(chains_[i].back())].emplace_back(i, false);
-        }
-        for (const auto& [node, ends] : ends_) {
-            if (ends.size() % 2 != 0) return std::nullopt;
-        }
-        GlobeRings rings = std::move(closed_);
-        std::vector<bool> used(chains_.size());
-        for (std::size_t i = 0; i < chains_.size(); ++i) {
-            if (!used[i]) rings.push_back(ringFrom(i, used));
-        }
-        return rings;
-    }
-
-  private:
-    using End = std::pair<std::size_t, bool>;  ///< a chain, and whether it is its start
 
     void endChain(GlobeRing& chain) {
         if (chain.size() > 1) {
@@ -147,42 +163,56 @@ class Joiner {
     std::size_t nodeOf(MzPoint p) const { return latitudes_.indexOf(p.y); }
 
     /// Follows chains through the nodes where they meet, back to the first one's start.
-    GlobeRing ringFrom(std::size_t first, std::vector<bool>& used) {
+    GlobeRing ringFrom(std::size_t first) {
         GlobeRing ring;
+        std::vector<std::size_t> members;
         const std::size_t home = nodeOf(chains_[first].front());
         End end{first, true};
         take(end);
         for (;;) {
-            used[end.first] = true;
             GlobeRing chain = chains_[end.first];
             if (!end.second) std::ranges::reverse(chain);
-            append(ring, chain);
+            members.push_back(end.first);
+            turns_[end.first] = append(ring, chain);
             const std::size_t node = nodeOf(ring.back());
             take({end.first, !end.second});
             if (node == home) break;
             end = ends_.at(node).back();
             take(end);
         }
-        moveHome(ring);
+        const double turns = turnsFromHome(ring);
+        move(ring, -turns);
+        for (const std::size_t member : members) *turns_[member] -= turns;
         return ring;
     }
 
-    /// Brings a ring into the turn that has its middle, where its holes are. One around a pole is
+    /// How many turns to the east the middle of a ring lies; none for one around a pole, which is
     /// in all of them.
-    static void moveHome(GlobeRing& ring) {
-        if (std::abs(ring.back().x - ring.front().x) > 180) return;
+    static double turnsFromHome(const GlobeRing& ring) {
+        if (std::abs(ring.back().x - ring.front().x) > 180) return 0;
         const auto [west, east] = std::ranges::minmax(ring, {}, &MzPoint::x);
-        const double turns = std::round((west.x + east.x) / 2 / 360);
-        for (MzPoint& p : ring) p.x -= turns * 360;
+        return std::round((west.x + east.x) / 2 / 360);
     }
 
-    /// Adds the chain in the turn of the globe where the ring ends.
-    static void append(GlobeRing& ring, const GlobeRing& chain) {
+    static void move(GlobeRing& ring, double turns) {
+        for (MzPoint& p : ring) p.x += turns * 360;
+    }
+
+    /// Adds the chain in the turn of the globe where the ring ends, by as many turns to the east.
+    static double append(GlobeRing& ring, const GlobeRing& chain) {
         const bool isFirst = ring.empty() || isAtPole(chain.front());
         const double turns = isFirst ? 0 : std::round((ring.back().x - chain.front().x) / 360);
         // Its first point is there already.
         if (!isFirst) ring.pop_back();
         for (const MzPoint p : chain) ring.push_back({p.x + turns * 360, p.y});
+        return turns;
+    }
+
+    /// Holes and islands follow the outline that they came with.
+    void moveClosedRings() {
+        for (std::size_t i = 0; i < closed_.size(); ++i) {
+            if (guides_[i]) move(closed_[i], *turns_[*guides_[i]]);
+        }
     }
 
     void take(End end) {
@@ -191,7 +221,9 @@ class Joiner {
     }
 
     GlobeRings closed_;
+    std::vector<std::optional<std::size_t>> guides_;  ///< of each of them, a chain of its polygon
     std::vector<GlobeRing> chains_;
+    std::vector<std::optional<double>> turns_;      ///< by which each was moved, once it was
     std::vector<std::pair<double, double>> sides_;  ///< latitudes
     Latitudes latitudes_;
     std::map<std::size_t, std::vector<End>> ends_;
@@ -217,7 +249,7 @@ JoinedPolygons joinedAcrossAntimeridian(const std::vector<GlobeRings>& polygons)
             result.apart.push_back(polygon);
             continue;
         }
-        for (const GlobeRing& ring : polygon) joiner.add(ring);
+        joiner.add(polygon);
         result.joinedFrom.insert(result.joinedFrom.end(), polygon.begin(), polygon.end());
     }
     if (result.joinedFrom.empty()) return result;

@@ -89,17 +89,22 @@ TEST(Antimeridian, JoinsTwoHalvesOfAnIsland) {
     EXPECT_NEAR(std::abs(doubleArea(globe.joined[0])), 2 * 7 * 10, 1e-9);
 }
 
-TEST(Antimeridian, JoinsAContinentWhereItsHolesAre) {
-    const GlobeRing hole{{50, 1}, {51, 1}, {51, 2}, {50, 1}};
-    const GlobeRings west{{{-180, 0}, {-170, 0}, {-170, 3}, {-180, 3}, {-180, 0}}};
-    const GlobeRings east{{{180, 0}, {180, 3}, {0, 3}, {0, 0}, {180, 0}}, hole};
+double least(const GlobeRing& ring) { return std::ranges::min(ring, {}, &MzPoint::x).x; }
+double greatest(const GlobeRing& ring) { return std::ranges::max(ring, {}, &MzPoint::x).x; }
+
+TEST(Antimeridian, JoinsAContinentWithTheHolesOfBothItsHalves) {
+    const GlobeRings west{box(-180, 0, -100, 3), box(-120, 1, -119, 2)};
+    const GlobeRings east{{{180, 0}, {180, 3}, {0, 3}, {0, 0}, {180, 0}}, box(50, 1, 51, 2)};
     for (const auto& halves : {std::vector{west, east}, std::vector{east, west}}) {
         const JoinedPolygons globe = joinedAcrossAntimeridian(halves);
-        ASSERT_EQ(globe.joined.size(), 2u);
-        EXPECT_EQ(globe.joined[0].front().x, 50);
-        const auto [least, greatest] = std::ranges::minmax(globe.joined[1], {}, &MzPoint::x);
-        EXPECT_EQ(least.x, 0);
-        EXPECT_EQ(greatest.x, 190);
+        ASSERT_EQ(globe.joined.size(), 3u);
+        const GlobeRing& outline = globe.joined[2];
+        EXPECT_EQ(least(outline), 0);
+        EXPECT_EQ(greatest(outline), 260);
+        for (const std::size_t hole : {0, 1}) {
+            EXPECT_LT(least(outline), least(globe.joined[hole]));
+            EXPECT_LT(greatest(globe.joined[hole]), greatest(outline));
+        }
     }
 }
 

@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "host/map_view.hpp"
 
+#include "host/data_source.hpp"
 #include "host/failure.hpp"
+#include "host/halves.hpp"
 #include <mezalith/geometry/multi_point_geometry.hpp>
+#include <mezalith/geometry/multi_polygon_geometry.hpp>
 #include <mezalith/geometry/point_geometry.hpp>
 #include <mezalith/geometry/polygon_geometry.hpp>
+#include <mezalith/platform/cairo/cairo_port.hpp>
 #include <mezalith/platform/recording_port.hpp>
 #include <mezalith/style/bubble_symbolizer.hpp>
 #include <mezalith/style/line_symbolizer.hpp>
@@ -209,6 +213,70 @@ Feature place(MzPoint point) {
                     {Form::Points, MzPointGeometry::initWithPoint(point)});
     feature.setStyle(styleOf<MzPointSymbolizer>());
     return feature;
+}
+
+/// Square degrees within a ring.
+double areaOf(const MzLinearRing& ring) {
+    const auto points = pointsOf(&ring);
+    double sum = 0;
+    for (std::size_t i = 1; i < points.size(); ++i) {
+        sum += points[i - 1].x * points[i].y - points[i].x * points[i - 1].y;
+    }
+    return std::abs(sum) / 2;
+}
+
+/// Square degrees within an outline and not within its holes.
+double areaOf(const MzPolygon& polygon) {
+    const auto rings = ringsOf(&polygon);
+    double area = 2 * areaOf(rings.front());
+    for (const MzLinearRing& ring : rings) area -= areaOf(ring);
+    return area;
+}
+
+double areaOf(const Layer& layer) {
+    double area = 0;
+    for (const auto& feature : layer.features) {
+        const auto geometry = feature->geometry();
+        if (auto* single = dynamic_cast<MzPolygonGeometry*>(geometry.get())) {
+            area += areaOf(*single->polygonGeometry());
+        } else if (auto* several = dynamic_cast<MzMultiPolygonGeometry*>(geometry.get())) {
+            for (const auto& member : polygonsOf(several->multiPolygonGeometry())) {
+                area += areaOf(member);
+            }
+        }
+    }
+    return area;
+}
+
+/// How much of the frame's picture is painted when the layer is drawn filled.
+double paintedShare(const ViewFrame& frame, const Layer& layer) {
+    MapView view(frame);
+    const auto port = platform::CairoPort::pixelPort(frame.size);
+    const platform::GraphicsContext context(port.get());
+    for (const auto& feature : layer.features) view.draw(*feature);
+    double painted = 0;
+    for (int y = 0; y < port->pixelHeight(); ++y) {
+        for (const std::uint32_t pixel : port->pixelRow(y)) painted += (pixel >> 24) / 255.0;
+    }
+    return painted / (frame.size.width * frame.size.height);
+}
+
+TEST(MapView, FillsTheLandOfTheWorldAsOftenAsItShowsIt) {
+    const auto style = styleOf<MzPolygonSymbolizer>();
+    auto& symbolizer =
+        static_cast<MzPolygonSymbolizer&>(*style->rules().front()->symbolizers().front());
+    symbolizer.setShouldFill(true);
+    symbolizer.setShouldStroke(false);
+    Layer layer = DataSource(MEZALITH_SOURCE_DIR "/data/map/naturalearth-110m.gpkg:land").read(0);
+    const double share = areaOf(layer) / (360 * 180);
+    for (const auto& feature : layer.features) feature->setStyle(style);
+    joinHalves(layer.features);
+    ViewFrame frame = worldFrame();
+    EXPECT_NEAR(paintedShare(frame, layer), share, 1e-3);
+    frame.area = {-20, -90, 340, 90};
+    EXPECT_NEAR(paintedShare(frame, layer), share, 1e-3);
+    frame = {.projection = kDegrees, .area = {-540, -90, 540, 90}, .size = {1800, 300}};
+    EXPECT_NEAR(paintedShare(frame, layer), share, 1e-3);
 }
 
 TEST(MapView, TellsWhatAClickHits) {
