@@ -225,6 +225,12 @@ std::shared_ptr<const Color> Color::colorUsingColorSpace(ColorSpace space) const
     return rgb ? make(space, componentsFromRGB(*rgb, space), alpha_) : nullptr;
 }
 
+std::optional<std::array<double, 4>> Color::deviceRGB() const {
+    auto rgb = rgbOf(*this);
+    if (rgb) (*rgb)[3] = alpha_;
+    return rgb;
+}
+
 bool Color::isEqualToColor(const Color* other) const {
     const auto mine = rgbOf(*this);
     const auto theirs = other ? rgbOf(*other) : std::nullopt;

@@ -64,6 +64,9 @@ class MEZALITH_EXPORT Color final : public Archivable {
     /// pattern space).
     std::shared_ptr<const Color> colorUsingColorSpace(ColorSpace space) const;
 
+    /// Red, green, blue and alpha in device RGB; none where there is no conversion.
+    std::optional<std::array<double, 4>> deviceRGB() const;
+
     /// YES when both colours convert to calibrated RGB and their components and alpha are equal
     /// there. A pattern is equal to nothing, itself included; so is null.
     bool isEqualToColor(const Color* other) const;

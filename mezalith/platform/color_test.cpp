@@ -116,6 +116,18 @@ TEST(Color, ConvertsNothingToNamesOrPatternsNorFromThem) {
                                  ColorSpace::CalibratedWhite, ColorSpace::DeviceCMYK}) {
             EXPECT_EQ(color->colorUsingColorSpace(space), nullptr);
         }
+        EXPECT_EQ(color->deviceRGB(), std::nullopt);
+    }
+}
+
+TEST(Color, GivesRedGreenBlueAndAlpha) {
+    for (const auto& color :
+         {Color::colorWithName("tomato"), Color::colorWithDeviceCyan(0.1, 0.2, 0.3, 0.4, 0.5),
+          Color::colorWithCalibratedWhite(0.25, 0.75)}) {
+        const auto device = color->colorUsingColorSpace(ColorSpace::DeviceRGB);
+        const auto& c = device->components();
+        EXPECT_EQ(color->deviceRGB(),
+                  (std::array<double, 4>{c[0], c[1], c[2], device->alphaComponent()}));
     }
 }
 

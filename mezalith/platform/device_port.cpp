@@ -17,12 +17,8 @@ Rgba rgba(double red, double green, double blue, double alpha) {
 }
 
 std::optional<Rgba> deviceColor(const Color* color) {
-    const auto rgb = color ? color->colorUsingColorSpace(ColorSpace::DeviceRGB) : nullptr;
-    if (!rgb) {
-        return std::nullopt;
-    }
-    const auto& c = rgb->components();
-    return rgba(c[0], c[1], c[2], rgb->alphaComponent());
+    const auto c = color != nullptr ? color->deviceRGB() : std::nullopt;
+    return c ? std::optional(rgba((*c)[0], (*c)[1], (*c)[2], (*c)[3])) : std::nullopt;
 }
 
 bool isSide(double side, double largest) { return side > 0 && side <= largest; }

@@ -24,12 +24,8 @@ std::string listText(std::initializer_list<double> numbers) {
 }
 
 std::string colorText(const Color* color) {
-    const auto rgb = color ? color->colorUsingColorSpace(ColorSpace::DeviceRGB) : nullptr;
-    if (!rgb) {
-        return noneText;
-    }
-    const auto& c = rgb->components();
-    return listText({c[0], c[1], c[2], rgb->alphaComponent()});
+    const auto rgb = color != nullptr ? color->deviceRGB() : std::nullopt;
+    return rgb ? listText(*rgb) : noneText;
 }
 
 std::string rectText(MzRect rect) {

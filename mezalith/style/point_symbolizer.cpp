@@ -37,13 +37,10 @@ float haloSize(float symbolSize) { return static_cast<float>(double{symbolSize} 
 
 double alphaOf(const Color* color) { return color != nullptr ? color->alphaComponent() : 0; }
 
-/// Red, green, blue and alpha in device RGB; zeros where there is no colour.
+/// Zeros where there is no colour.
 std::array<double, 4> deviceRGB(const std::shared_ptr<const Color>& color) {
-    const auto device =
-        color != nullptr ? color->colorUsingColorSpace(platform::ColorSpace::DeviceRGB) : nullptr;
-    if (device == nullptr) return {};
-    const std::array<double, 4>& components = device->components();
-    return {components[0], components[1], components[2], device->alphaComponent()};
+    const auto rgb = color != nullptr ? color->deviceRGB() : std::nullopt;
+    return rgb.value_or(std::array<double, 4>{});
 }
 
 /// The angle of vertex `index` of `count` on a full turn from `start`.

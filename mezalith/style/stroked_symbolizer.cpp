@@ -89,7 +89,9 @@ void MzStrokedSymbolizer::drawEvenOddPath(platform::GraphicsPort& port, bool fil
 
 std::shared_ptr<const platform::Color> MzStrokedSymbolizer::colorWithOpacity(
     const std::shared_ptr<const platform::Color>& color, double opacity) {
-    return color != nullptr ? color->colorWithAlphaComponent(opacity) : nullptr;
+    // Colours do not change, so one that has the opacity serves as it is.
+    if (color == nullptr || color->alphaComponent() == opacity) return color;
+    return color->colorWithAlphaComponent(opacity);
 }
 
 std::shared_ptr<const platform::Color> MzStrokedSymbolizer::decodeColor(

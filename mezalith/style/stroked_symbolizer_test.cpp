@@ -210,6 +210,7 @@ TEST(StrokedSymbolizer, DrawsAPathByTheEvenOddRule) {
 TEST(StrokedSymbolizer, ReplacesTheAlphaOfAColor) {
     const auto red = Color::colorWithCalibratedRed(1, 0, 0, 0.5);
     EXPECT_EQ(Probe::colorWithOpacity(red, 0.25)->description(), "1 0 0 0.25");
+    EXPECT_EQ(Probe::colorWithOpacity(red, 0.5), red);
     EXPECT_EQ(Probe::colorWithOpacity(nullptr, 1), nullptr);
 }
 
