@@ -8,8 +8,10 @@
 #include "host/wkb_file.hpp"
 
 #include <algorithm>
+#include <array>
 #include <map>
 #include <optional>
+#include <string_view>
 #include <utility>
 
 #include <ogr_spatialref.h>
@@ -132,17 +134,38 @@ Transformation transformationOf(OGRLayer& layer, ErrorScope& errors) {
     return transformation;
 }
 
-/// The longitudes at which a layer may show something of `area`: its own, or all that there are
-/// when either repeats around the globe.
-std::pair<double, double> longitudesToRead(OGRLayer& layer, const BoundingBox& area) {
+/// Where a layer may hold something that `area` shows: at its longitudes, or at all that there are
+/// when either repeats around the globe. Finite, as drivers write it into queries.
+BoundingBox areaToRead(OGRLayer& layer, const BoundingBox& area) {
     OGREnvelope extent;
     const bool isKnown = layer.GetExtent(&extent, FALSE) == OGRERR_NONE;
     const auto isWithin = [](double west, double east, double limit) {
         return -limit <= west && east <= limit;
     };
     const bool isOnGlobe = isKnown && isWithin(extent.MinX, extent.MaxX, 180 + kSeam);
-    if (isOnGlobe && isWithin(area.minX, area.maxX, 180 - kSeam)) return {area.minX, area.maxX};
-    return {-kEverywhere, kEverywhere};
+    const bool isOnce = isOnGlobe && isWithin(area.minX, area.maxX, 180 - kSeam);
+    const auto finite = [](double limit) { return std::clamp(limit, -kEverywhere, kEverywhere); };
+    return {isOnce ? finite(area.minX) : -kEverywhere, finite(area.minY),
+            isOnce ? finite(area.maxX) : kEverywhere, finite(area.maxY)};
+}
+
+std::string quoted(const std::string& identifier) {
+    std::string text = "\"";
+    for (const char c : identifier) text += c == '"' ? "\"\"" : std::string(1, c);
+    return text + '"';
+}
+
+/// The condition that a GeoPackage's index finds a record in the area. Records are then read in
+/// the order in which they lie in the file, which takes a tenth less time than that of the index.
+std::string indexCondition(OGRLayer& layer, const BoundingBox& area) {
+    const std::string index =
+        quoted(std::string("rtree_") + layer.GetName() + "_" + layer.GetGeometryColumn());
+    std::array<char, 160> bounds{};
+    CPLsnprintf(bounds.data(), bounds.size(),
+                "maxx >= %.17g AND minx <= %.17g AND maxy >= %.17g AND miny <= %.17g", area.minX,
+                area.maxX, area.minY, area.maxY);
+    return quoted(layer.GetFIDColumn()) + " IN (SELECT id FROM " + index + " WHERE " +
+           bounds.data() + ")";
 }
 
 class LibraryBackend final : public DataSource::Backend {
@@ -180,13 +203,15 @@ class LibraryBackend final : public DataSource::Backend {
     void lookOnlyAt(std::size_t index, const std::optional<BoundingBox>& area) override {
         ErrorScope errors;
         OGRLayer& layer = *layers_[index];
-        if (!area || transformationOf(layer, errors) != nullptr) {
-            layer.SetSpatialFilter(nullptr);
-            return;
+        layer.SetSpatialFilter(nullptr);
+        layer.SetAttributeFilter(nullptr);
+        if (!area || transformationOf(layer, errors) != nullptr) return;
+        const BoundingBox read = areaToRead(layer, *area);
+        if (isGeoPackage() && isIndexed(index)) {
+            layer.SetAttributeFilter(indexCondition(layer, read).c_str());
+        } else {
+            layer.SetSpatialFilterRect(read.minX, read.minY, read.maxX, read.maxY);
         }
-        const auto [west, east] = longitudesToRead(layer, *area);
-        layer.SetSpatialFilterRect(finite(west), finite(area->minY), finite(east),
-                                   finite(area->maxY));
     }
 
     bool isIndexed(std::size_t index) const override {
@@ -194,9 +219,7 @@ class LibraryBackend final : public DataSource::Backend {
     }
 
   private:
-    /// The limit, or one beyond all coordinates: drivers write it into queries, where no infinity
-    /// can stand.
-    static double finite(double limit) { return std::clamp(limit, -1e9, 1e9); }
+    bool isGeoPackage() const { return std::string_view("GPKG") == dataset_->GetDriverName(); }
 
     static SourceRecord recordOf(OGRFeature& feature, const Columns& columns,
                                  OGRCoordinateTransformation* transformation, ErrorScope& errors) {

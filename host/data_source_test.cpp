@@ -3,6 +3,7 @@
 
 #include "host/failure.hpp"
 #include "host/failure_of.hpp"
+#include "host/map_library.hpp"
 #include "host/view_cutter.hpp"
 #include "tests/support/temporary_folder.hpp"
 #include <mezalith/geometry/multi_point_geometry.hpp>
@@ -222,6 +223,32 @@ TEST_F(DataSourceTest, LeavesOutWhatLiesOutsideTheArea) {
     EXPECT_EQ(source.read(0).features.size(), all.features.size());
     source.read(0, {}, BoundingBox{0, 0, 1, 1});
     EXPECT_EQ(source.describe(0).features, all.features.size());
+}
+
+/// A layer of a point at each whole degree of the equator in a new GeoPackage.
+void writeEquator(const std::string& path, const char* layerName, const char* column) {
+    prepareMapLibrary();
+    GDALDriver* const driver = GetGDALDriverManager()->GetDriverByName("GPKG");
+    const GDALDatasetUniquePtr dataset(driver->Create(path.c_str(), 0, 0, 0, GDT_Unknown, nullptr));
+    CPLStringList options;
+    options.SetNameValue("GEOMETRY_NAME", column);
+    OGRSpatialReference degrees;
+    degrees.importFromEPSG(4326);
+    OGRLayer* const layer = dataset->CreateLayer(layerName, &degrees, wkbPoint, options.List());
+    for (int degree = 0; degree < 90; ++degree) {
+        OGRFeature feature(layer->GetLayerDefn());
+        feature.SetGeometryDirectly(new OGRPoint(degree, 0));
+        ASSERT_EQ(layer->CreateFeature(&feature), OGRERR_NONE);
+    }
+}
+
+TEST_F(DataSourceTest, AsksTheIndexOfALayerWhateverItsName) {
+    const std::string path = folder_.path("equator.gpkg");
+    writeEquator(path, "sea \"of\" o'er", "pl\"ace");
+    DataSource source(path);
+    EXPECT_EQ(idsOf(source.read(0, {}, BoundingBox{9.5, -1, 12.5, 1})),
+              (std::set<std::int64_t>{11, 12, 13}));
+    EXPECT_EQ(source.read(0).features.size(), 90u);
 }
 
 TEST_F(DataSourceTest, ReadsOnlyTheAreaOfALayerThatRoundsBeyondTheGlobe) {
