@@ -44,7 +44,8 @@ bool isOpaque(const PixelView& picture) {
     return true;
 }
 
-/// Of zlib's levels: maps take half the time of the usual 6 or less, and up to a seventh more bytes.
+/// Of zlib's levels: maps take half the time of the usual 6 or less, and up to a seventh more
+/// bytes.
 constexpr int kCompressionLevel = 1;
 
 /// libpng's encoder. Its errors leave by a jump to `attempt`; nothing in between owns anything.
