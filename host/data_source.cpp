@@ -33,6 +33,7 @@ class DataSource::Backend {
 
     virtual ~Backend() = default;
     virtual std::vector<std::string> layerNames() const = 0;
+    virtual std::vector<Form> formsOf(std::size_t index) const = 0;
     /// How many records a layer says it has; 0 when it does not know.
     virtual std::size_t expectedRecords(std::size_t index) = 0;
     /// May leave out what lies outside the area that was last asked for.
@@ -45,6 +46,8 @@ class DataSource::Backend {
 
 namespace {
 
+const std::vector<Form> kAllForms{Form::Points, Form::Line, Form::Area};
+
 class WKBBackend final : public DataSource::Backend {
   public:
     explicit WKBBackend(const std::string& path)
@@ -53,6 +56,7 @@ class WKBBackend final : public DataSource::Backend {
     }
 
     std::vector<std::string> layerNames() const override { return {name_}; }
+    std::vector<Form> formsOf(std::size_t) const override { return kAllForms; }
     std::size_t expectedRecords(std::size_t) override { return 1; }
     void forEachRecord(std::size_t, const Sink& sink) override {
         sink({.id = 1, .attributes = {}, .geometry = readWKB(bytes_).geometry, .problem = {}});
@@ -111,6 +115,20 @@ class Columns {
     std::shared_ptr<const platform::Dictionary::Names> names_;
     std::vector<int> fields_;  ///< one for each name
 };
+
+/// The forms of features whose geometries have a type.
+std::vector<Form> formsOfType(OGRwkbGeometryType type) {
+    const OGRwkbGeometryType flat = wkbFlatten(type);
+    const auto isOneOf = [flat](OGRwkbGeometryType one, OGRwkbGeometryType several) {
+        return OGR_GT_IsSubClassOf(flat, one) != FALSE ||
+               OGR_GT_IsSubClassOf(flat, several) != FALSE;
+    };
+    if (flat == wkbNone) return {};
+    if (isOneOf(wkbPoint, wkbMultiPoint)) return {Form::Points};
+    if (isOneOf(wkbCurve, wkbMultiCurve)) return {Form::Line};
+    if (isOneOf(wkbSurface, wkbMultiSurface)) return {Form::Area};
+    return kAllForms;
+}
 
 /// Degrees beyond what any layer holds, and still a number to every driver.
 constexpr double kEverywhere = 1e9;
@@ -185,6 +203,10 @@ class LibraryBackend final : public DataSource::Backend {
         names.reserve(layers_.size());
         for (OGRLayer* layer : layers_) names.emplace_back(layer->GetName());
         return names;
+    }
+
+    std::vector<Form> formsOf(std::size_t index) const override {
+        return formsOfType(layers_[index]->GetGeomType());
     }
 
     std::size_t expectedRecords(std::size_t index) override {
@@ -306,6 +328,8 @@ DataSource::DataSource(const std::string& source)
 DataSource::~DataSource() = default;
 
 std::vector<std::string> DataSource::layerNames() const { return backend_->layerNames(); }
+
+std::vector<Form> DataSource::formsOf(std::size_t index) const { return backend_->formsOf(index); }
 
 LayerDescription DataSource::describe(std::size_t index, const Progress& progress) {
     LayerDescription description{

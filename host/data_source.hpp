@@ -66,6 +66,9 @@ class DataSource {
 
     /// The layers, or the one that was asked for.
     std::vector<std::string> layerNames() const;
+    /// The forms that features of the layer at `index` may have by what it says of itself: all
+    /// where it says nothing of them.
+    std::vector<Form> formsOf(std::size_t index) const;
 
     /// What the layer at `index` of `layerNames` holds; reads all of it.
     LayerDescription describe(std::size_t index, const Progress& progress = {});

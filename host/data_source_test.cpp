@@ -65,6 +65,23 @@ TEST_F(DataSourceTest, NamesTheLayersOfAFile) {
               std::vector<std::string>{"rivers"});
 }
 
+TEST_F(DataSourceTest, TellsTheFormsOfALayer) {
+    using Forms = std::vector<Form>;
+    const auto formsOf = [](const std::string& source) { return DataSource(source).formsOf(0); };
+    const std::string world = kMaps + "naturalearth-110m.gpkg";
+    EXPECT_EQ(formsOf(world + ":bounding_box"), Forms{Form::Area});
+    EXPECT_EQ(formsOf(world + ":rivers"), Forms{Form::Line});
+    EXPECT_EQ(formsOf(world + ":capitals_by_continent"), Forms{Form::Points});
+    const Forms all{Form::Points, Form::Line, Form::Area};
+    EXPECT_EQ(formsOf(put("mixed.geojson", R"({"type": "FeatureCollection", "features": [
+        {"type": "Feature", "properties": {}, "geometry": {"type": "Point", "coordinates": [1, 2]}},
+        {"type": "Feature", "properties": {}, "geometry": {"type": "LineString",
+            "coordinates": [[1, 2], [3, 4]]}}]})")),
+              all);
+    EXPECT_EQ(formsOf(kMaps + "wkb/multilinestring-date-line-be.wkb"), all);
+    EXPECT_EQ(formsOf(put("table.csv", "name,kind\na,b\n")), Forms());
+}
+
 /// The figures that data/map/SOURCES.md gives for a layer.
 struct Figures {
     const char* layer;

@@ -246,12 +246,11 @@ std::shared_ptr<MzStyle> LayerStyles::style(const std::string& layer, host::Form
     return style;
 }
 
-double LayerStyles::reach(std::span<const std::string> layers, double scaleFactor) {
+double LayerStyles::reach(const std::string& layer, std::span<const host::Form> forms,
+                          double scaleFactor) {
     double reach = 0;
-    for (const std::string& layer : layers) {
-        for (const host::Form form : {host::Form::Points, host::Form::Line, host::Form::Area}) {
-            reach = std::max(reach, style(layer, form)->paintReach(scaleFactor));
-        }
+    for (const host::Form form : forms) {
+        reach = std::max(reach, style(layer, form)->paintReach(scaleFactor));
     }
     return std::min(reach, kFarthestReach);
 }

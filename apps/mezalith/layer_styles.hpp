@@ -62,9 +62,9 @@ class LayerStyles {
     /// The layer's document, or else the paint as a style of one rule and one symbolizer, made once
     /// for each layer and form.
     std::shared_ptr<MzStyle> style(const std::string& layer, host::Form form);
-    /// How far (view points) what is drawn of the layers may reach beyond its place at this scale
-    /// factor; 2000 at most.
-    double reach(std::span<const std::string> layers, double scaleFactor);
+    /// How far (view points) features of these forms may reach beyond their places in a layer at
+    /// this scale factor; 2000 at most.
+    double reach(const std::string& layer, std::span<const host::Form> forms, double scaleFactor);
 
   private:
     /// The values of one option. The key of what is said of all layers is empty.

@@ -107,14 +107,15 @@ TEST(LayerStyles, PutAPictureInPlaceOfMarkers) {
     EXPECT_NE(symbolizerOf<MzPolygonSymbolizer>(styles.style("land", Form::Area)), nullptr);
 }
 
-TEST(LayerStyles, ReachAsFarAsTheWidestOfThem) {
-    const std::vector<std::string> both{"sea", "rivers"};
+TEST(LayerStyles, ReachAsFarAsTheFarthestFormOfALayer) {
+    const std::vector<Form> lines{Form::Line}, both{Form::Line, Form::Points};
     LayerStyles styles({.width = {"rivers:60"}});
-    EXPECT_LT(styles.reach(std::vector<std::string>{"sea"}, 1), 30);
-    EXPECT_GE(styles.reach(both, 1), 30);
-    EXPECT_GE(styles.reach(both, 4), 120);
-    EXPECT_EQ(LayerStyles({.width = {"1e6"}}).reach(both, 1), 2000);
-    EXPECT_EQ(styles.reach({}, 1), 0);
+    EXPECT_LT(styles.reach("sea", lines, 1), 10);
+    EXPECT_GT(styles.reach("sea", both, 1), styles.reach("sea", lines, 1));
+    EXPECT_GE(styles.reach("rivers", lines, 1), 30);
+    EXPECT_GE(styles.reach("rivers", lines, 4), 120);
+    EXPECT_EQ(LayerStyles({.width = {"1e6"}}).reach("sea", lines, 1), 2000);
+    EXPECT_EQ(styles.reach("sea", {}, 1), 0);
 }
 
 TEST(LayerStyles, SayWhatIsWrongWithPictures) {

@@ -11,6 +11,7 @@
 #include "host/halves.hpp"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 
 #include <CLI/CLI.hpp>
@@ -34,6 +35,18 @@ std::vector<std::string> layerNamesOf(const Sources& sources) {
         for (const std::string& name : source->layerNames()) names.push_back(name);
     }
     return names;
+}
+
+/// How far features of the sources may reach into a view from around it, in view points.
+double reachOf(const Sources& sources, LayerStyles& styles, double scaleFactor) {
+    double reach = 0;
+    for (const auto& source : sources) {
+        const std::vector<std::string> names = source->layerNames();
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            reach = std::max(reach, styles.reach(names[i], source->formsOf(i), scaleFactor));
+        }
+    }
+    return reach;
 }
 
 std::vector<host::Ends> geodesicsOf(const std::vector<std::string>& texts) {
@@ -128,7 +141,8 @@ void Map::load(double pixelRatio, double spacing, double leastReach) {
     std::vector<std::string> names = layerNamesOf(sources);
     if (!geodesics_.empty()) names.emplace_back(host::kGeodesicLayer);
     styles_.checkLayers(names);
-    frame.reach = std::max(leastReach, styles_.reach(names, options_.scaleFactor));
+    const double reach = reachOf(sources, styles_, options_.scaleFactor);
+    frame.reach = std::max({leastReach, reach, geodesicReach()});
     const auto area = areaToRead(frame, options_.area);
     for (std::size_t i = 0; i < sources.size(); ++i) {
         for (std::size_t j = 0; j < sources[i]->layerNames().size(); ++j) {
@@ -140,6 +154,12 @@ void Map::load(double pixelRatio, double spacing, double leastReach) {
     view_ = std::make_unique<host::MapView>(frame);
     layers_.push_back(host::geodesicLayer(geodesics_, *view_));
     styleLayer(layers_.back());
+}
+
+double Map::geodesicReach() {
+    if (geodesics_.empty()) return 0;
+    return styles_.reach(std::string(host::kGeodesicLayer), std::array{host::Form::Line},
+                         options_.scaleFactor);
 }
 
 void Map::readLayer(std::size_t source, host::DataSource& data, std::size_t index,

@@ -66,6 +66,7 @@ class Map {
     void readLayer(std::size_t source, host::DataSource& data, std::size_t index,
                    const std::optional<host::BoundingBox>& area);
     void styleLayer(host::Layer& layer);
+    double geodesicReach();
     host::BoundingBox bounds() const;
 
     std::vector<std::string> sources_;
