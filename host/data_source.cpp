@@ -46,7 +46,7 @@ class DataSource::Backend {
 
 namespace {
 
-const std::vector<Form> kAllForms{Form::Points, Form::Line, Form::Area};
+std::vector<Form> allForms() { return {Form::Points, Form::Line, Form::Area}; }
 
 class WKBBackend final : public DataSource::Backend {
   public:
@@ -56,7 +56,7 @@ class WKBBackend final : public DataSource::Backend {
     }
 
     std::vector<std::string> layerNames() const override { return {name_}; }
-    std::vector<Form> formsOf(std::size_t) const override { return kAllForms; }
+    std::vector<Form> formsOf(std::size_t) const override { return allForms(); }
     std::size_t expectedRecords(std::size_t) override { return 1; }
     void forEachRecord(std::size_t, const Sink& sink) override {
         sink({.id = 1, .attributes = {}, .geometry = readWKB(bytes_).geometry, .problem = {}});
@@ -127,7 +127,7 @@ std::vector<Form> formsOfType(OGRwkbGeometryType type) {
     if (isOneOf(wkbPoint, wkbMultiPoint)) return {Form::Points};
     if (isOneOf(wkbCurve, wkbMultiCurve)) return {Form::Line};
     if (isOneOf(wkbSurface, wkbMultiSurface)) return {Form::Area};
-    return kAllForms;
+    return allForms();
 }
 
 /// Degrees beyond what any layer holds, and still a number to every driver.
@@ -236,7 +236,7 @@ class LibraryBackend final : public DataSource::Backend {
         const std::optional<BoundingBox> extent = extentOf(layer);
         const BoundingBox read = areaToRead(extent, *area);
         if (extent && read.holds(*extent)) return;
-        if (isGeoPackage() && isIndexed(index)) {
+        if (hasIndexTable(index)) {
             layer.SetAttributeFilter(indexCondition(layer, read).c_str());
         } else {
             layer.SetSpatialFilterRect(read.minX, read.minY, read.maxX, read.maxY);
@@ -248,7 +248,12 @@ class LibraryBackend final : public DataSource::Backend {
     }
 
   private:
-    bool isGeoPackage() const { return std::string_view("GPKG") == dataset_->GetDriverName(); }
+    /// Whether the index can be asked for the numbers of records.
+    bool hasIndexTable(std::size_t index) const {
+        const bool isGeoPackage = std::string_view("GPKG") == dataset_->GetDriverName();
+        const bool areNumbered = !std::string_view(layers_[index]->GetFIDColumn()).empty();
+        return isGeoPackage && areNumbered && isIndexed(index);
+    }
 
     static SourceRecord recordOf(OGRFeature& feature, const Columns& columns,
                                  OGRCoordinateTransformation* transformation, ErrorScope& errors) {
