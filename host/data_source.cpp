@@ -172,23 +172,37 @@ BoundingBox areaToRead(const std::optional<BoundingBox>& extent, const BoundingB
             isOnce ? finite(area.maxX) : kEverywhere, finite(area.maxY)};
 }
 
-std::string quoted(const std::string& identifier) {
-    std::string text = "\"";
-    for (const char c : identifier) text += c == '"' ? "\"\"" : std::string(1, c);
-    return text + '"';
+/// A text or a name as it stands in SQL, between marks.
+std::string quoted(const std::string& text, char mark) {
+    std::string result(1, mark);
+    for (const char c : text) result += std::string(c == mark ? 2 : 1, c);
+    return result + mark;
+}
+
+/// The table of a GeoPackage that is the index of a layer.
+std::string indexTableOf(OGRLayer& layer) {
+    return std::string("rtree_") + layer.GetName() + "_" + layer.GetGeometryColumn();
+}
+
+bool hasTable(GDALDataset& geoPackage, const std::string& name) {
+    const std::string query =
+        "SELECT name FROM sqlite_master WHERE name = " + quoted(name, '\'') + " COLLATE NOCASE";
+    OGRLayer* const found = geoPackage.ExecuteSQL(query.c_str(), nullptr, nullptr);
+    if (found == nullptr) return false;
+    const bool isThere = found->GetFeatureCount() > 0;
+    geoPackage.ReleaseResultSet(found);
+    return isThere;
 }
 
 /// The condition that a GeoPackage's index finds a record in the area. Records are then read in
 /// the order in which they lie in the file, which takes less time than that of the index.
 std::string indexCondition(OGRLayer& layer, const BoundingBox& area) {
-    const std::string index =
-        quoted(std::string("rtree_") + layer.GetName() + "_" + layer.GetGeometryColumn());
     std::array<char, 160> bounds{};
     CPLsnprintf(bounds.data(), bounds.size(),
                 "maxx >= %.17g AND minx <= %.17g AND maxy >= %.17g AND miny <= %.17g", area.minX,
                 area.maxX, area.minY, area.maxY);
-    return quoted(layer.GetFIDColumn()) + " IN (SELECT id FROM " + index + " WHERE " +
-           bounds.data() + ")";
+    return quoted(layer.GetFIDColumn(), '"') + " IN (SELECT id FROM " +
+           quoted(indexTableOf(layer), '"') + " WHERE " + bounds.data() + ")";
 }
 
 class LibraryBackend final : public DataSource::Backend {
@@ -248,11 +262,11 @@ class LibraryBackend final : public DataSource::Backend {
     }
 
   private:
-    /// Whether the index can be asked for the numbers of records.
+    /// Whether a table can be asked for the numbers of records; views have that of another layer.
     bool hasIndexTable(std::size_t index) const {
+        OGRLayer& layer = *layers_[index];
         const bool isGeoPackage = std::string_view("GPKG") == dataset_->GetDriverName();
-        const bool areNumbered = !std::string_view(layers_[index]->GetFIDColumn()).empty();
-        return isGeoPackage && areNumbered && isIndexed(index);
+        return isGeoPackage && isIndexed(index) && hasTable(*dataset_, indexTableOf(layer));
     }
 
     static SourceRecord recordOf(OGRFeature& feature, const Columns& columns,

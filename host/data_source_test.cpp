@@ -259,6 +259,26 @@ void writeEquator(const std::string& path, const char* layerName, const char* co
     }
 }
 
+TEST_F(DataSourceTest, ReadsOnlyTheAreaOfAView) {
+    const std::string path = folder_.path("equator.gpkg");
+    writeEquator(path, "equator", "place");
+    {
+        const GDALDatasetUniquePtr dataset(
+            GDALDataset::Open(path.c_str(), GDAL_OF_VECTOR | GDAL_OF_UPDATE));
+        for (const char* sql :
+             {"CREATE VIEW east AS SELECT fid, place FROM equator WHERE fid > 10",
+              "INSERT INTO gpkg_contents (table_name, identifier, data_type, srs_id) "
+              "VALUES ('east', 'east', 'features', 4326)",
+              "INSERT INTO gpkg_geometry_columns VALUES ('east', 'place', 'POINT', 4326, 0, 0)"}) {
+            dataset->ExecuteSQL(sql, nullptr, nullptr);
+        }
+    }
+    DataSource source(path + ":east");
+    const Layer part = source.read(0, {}, BoundingBox{8.5, -1, 12.5, 1});
+    EXPECT_TRUE(std::ranges::includes(idsOf(part), std::set<std::int64_t>{11, 12, 13}));
+    EXPECT_EQ(source.read(0).features.size(), 80u);
+}
+
 TEST_F(DataSourceTest, AsksTheIndexOfALayerWhateverItsName) {
     const std::string path = folder_.path("equator.gpkg");
     writeEquator(path, "sea \"of\" o'er", "pl\"ace");
