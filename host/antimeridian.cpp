@@ -75,7 +75,7 @@ class Joiner {
         }
         for (GlobeRing& ring : closed) {
             closed_.push_back(std::move(ring));
-            guides_.push_back(chains_.size() > first ? std::optional(first) : std::nullopt);
+            guides_.push_back(chains_.size() > first ? first : kNoChain);
         }
     }
 
@@ -89,10 +89,11 @@ class Joiner {
         for (const auto& [node, ends] : ends_) {
             if (ends.size() % 2 != 0) return std::nullopt;
         }
+        isUsed_.resize(chains_.size());
         turns_.resize(chains_.size());
         GlobeRings joined;
         for (std::size_t i = 0; i < chains_.size(); ++i) {
-            if (!turns_[i]) joined.push_back(ringFrom(i));
+            if (!isUsed_[i]) joined.push_back(ringFrom(i));
         }
         moveClosedRings();
         GlobeRings rings = std::move(closed_);
@@ -102,6 +103,8 @@ class Joiner {
 
   private:
     using End = std::pair<std::size_t, bool>;  ///< a chain, and whether it is its start
+
+    static constexpr std::size_t kNoChain = static_cast<std::size_t>(-1);
 
     void addChains(const GlobeRing& ring) {
         std::size_t start = 1;
@@ -173,6 +176,7 @@ class Joiner {
             GlobeRing chain = chains_[end.first];
             if (!end.second) std::ranges::reverse(chain);
             members.push_back(end.first);
+            isUsed_[end.first] = true;
             turns_[end.first] = append(ring, chain);
             const std::size_t node = nodeOf(ring.back());
             take({end.first, !end.second});
@@ -182,7 +186,7 @@ class Joiner {
         }
         const double turns = turnsFromHome(ring);
         move(ring, -turns);
-        for (const std::size_t member : members) *turns_[member] -= turns;
+        for (const std::size_t member : members) turns_[member] -= turns;
         return ring;
     }
 
@@ -211,7 +215,7 @@ class Joiner {
     /// Holes and islands follow the outline that they came with.
     void moveClosedRings() {
         for (std::size_t i = 0; i < closed_.size(); ++i) {
-            if (guides_[i]) move(closed_[i], *turns_[*guides_[i]]);
+            if (guides_[i] != kNoChain) move(closed_[i], turns_[guides_[i]]);
         }
     }
 
@@ -221,9 +225,10 @@ class Joiner {
     }
 
     GlobeRings closed_;
-    std::vector<std::optional<std::size_t>> guides_;  ///< of each of them, a chain of its polygon
+    std::vector<std::size_t> guides_;  ///< of each of them, a chain of its polygon or kNoChain
     std::vector<GlobeRing> chains_;
-    std::vector<std::optional<double>> turns_;      ///< by which each was moved, once it was
+    std::vector<bool> isUsed_;   ///< of the chains
+    std::vector<double> turns_;  ///< by which each of the chains was moved to the east
     std::vector<std::pair<double, double>> sides_;  ///< latitudes
     Latitudes latitudes_;
     std::map<std::size_t, std::vector<End>> ends_;
